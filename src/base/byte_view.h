@@ -1,0 +1,72 @@
+// The one way in which bytes of evidence are read: a bounds-checked window. No other code of the
+// project does arithmetic on pointers into evidence.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace ovrik {
+
+/// Window on bytes that someone else owns. Offsets and lengths are in bytes from its start,
+/// numbers are little-endian. A number that does not lie wholly inside is 0; `has` tells that
+/// apart from a real zero.
+class byte_view {
+ public:
+  byte_view() = default;
+  byte_view(const uint8_t* data, size_t size) : m_data(data), m_size(size) {}
+  explicit byte_view(const std::vector<uint8_t>& bytes)
+      : m_data(bytes.data()), m_size(bytes.size()) {}
+
+  const uint8_t* data() const { return m_data; }
+  size_t size() const { return m_size; }
+  bool empty() const { return m_size == 0; }
+
+  /// True if `length` bytes from `offset` on lie wholly inside.
+  bool has(uint64_t offset, uint64_t length) const {
+    return offset <= m_size && length <= m_size - offset;
+  }
+
+  uint8_t u8_at(uint64_t offset) const { return has(offset, 1) ? m_data[offset] : uint8_t{0}; }
+  uint16_t u16_at(uint64_t offset) const { return static_cast<uint16_t>(number_at<2>(offset)); }
+  uint32_t u32_at(uint64_t offset) const { return static_cast<uint32_t>(number_at<4>(offset)); }
+  uint64_t u64_at(uint64_t offset) const { return number_at<8>(offset); }
+
+  /// The bytes from `offset` to the end; empty if `offset` lies behind it.
+  byte_view from(uint64_t offset) const {
+    return offset <= m_size ? byte_view(m_data + offset, m_size - static_cast<size_t>(offset))
+                            : byte_view();
+  }
+
+  /// At most `length` bytes from `offset` on: what runs past the end is cut off.
+  byte_view clip(uint64_t offset, uint64_t length) const {
+    const byte_view rest = from(offset);
+    return length < rest.m_size ? byte_view(rest.m_data, static_cast<size_t>(length)) : rest;
+  }
+
+  /// True if the characters of `text` stand at `offset`, as bytes.
+  bool text_at(uint64_t offset, std::string_view text) const;
+
+  /// The bytes as characters.
+  std::string text() const;
+
+  std::vector<uint8_t> copy() const { return std::vector<uint8_t>(m_data, m_data + m_size); }
+
+ private:
+  template <size_t width>
+  uint64_t number_at(uint64_t offset) const {
+    if (!has(offset, width)) return 0;
+    uint64_t number = 0;
+    for (size_t i = 0; i < width; ++i) {
+      number |= uint64_t{m_data[static_cast<size_t>(offset) + i]} << (8 * i);
+    }
+    return number;
+  }
+
+  const uint8_t* m_data = nullptr;
+  size_t m_size = 0;
+};
+
+}  // namespace ovrik

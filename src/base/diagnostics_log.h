@@ -1,0 +1,23 @@
+// The diagnostics text file of a run.
+#pragma once
+
+#include <cstdint>
+#include <fstream>
+#include <string>
+
+namespace ovrik {
+
+/// Off until a file was opened for it. Text that does not reach the file is lost without a word:
+/// diagnostics are no results.
+struct diagnostics_log {
+  bool diag_on = false;
+  uint32_t diag_level = 0;
+  std::ofstream diag_stream;
+  std::string diag_path;
+};
+
+/// Writes the formatted text and a line end to the diagnostics file, if there is one.
+void diag_printf(diagnostics_log& log, const char* format, ...)
+    __attribute__((format(printf, 2, 3)));
+
+}  // namespace ovrik
