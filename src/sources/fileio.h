@@ -1,0 +1,62 @@
+// Plain file access: a file read at offsets, or a file written at its end.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace uni {
+
+/// A file or, for results, the standard output. Evidence is only ever opened through `open_read`,
+/// which asks the system for nothing but reading. Used by one thread at a time; closes itself.
+class fileio {
+ public:
+  fileio() = default;
+  ~fileio();
+  fileio(const fileio&) = delete;
+  fileio& operator=(const fileio&) = delete;
+
+  /// Opens an existing file for reading; trailing separators of `path` (UTF-8) are ignored. Never
+  /// waits for a peer, as a pipe without a writer would make it. False: an empty path, a folder,
+  /// or a file that the system does not let us read; the object is then closed.
+  bool open_read(const std::string& path);
+
+  /// Opens `path` for writing, creating or truncating it; a read-only file is replaced where the
+  /// system allows that. False as for `open_read`.
+  bool open_write(const std::string& path);
+
+  /// Opens an existing file for writing behind what it holds. False as for `open_read`.
+  bool open_append(const std::string& path);
+
+  /// Makes this object the standard output of the process, which is never closed.
+  void attach_standard_output();
+
+  bool is_open() const { return m_fd >= 0; }
+
+  /// Size of the file in bytes; 0 if it has none (a pipe) or the object is closed.
+  uint64_t length() const;
+
+  /// Reads up to `size` bytes at `offset` into `buffer` and sets `size` to the count that came,
+  /// which is short at the file's end. False: the object is closed or `offset` lies at or past the
+  /// end, both with `size` 0, or the system reported an error behind the first `size` bytes.
+  bool read_at(void* buffer, size_t& size, uint64_t offset) const;
+
+  /// Writes all bytes at the file's end. False: not all of them went out.
+  bool append(const void* bytes, size_t size);
+
+  /// Closes the file. False: the system says that something written did not arrive.
+  bool close();
+
+ private:
+  bool open_descriptor(const std::string& path, int flags);
+
+  int m_fd = -1;
+  bool m_owned = false;
+};
+
+/// Reads the first `max_bytes` bytes of a file, or all of a shorter one. False: it does not open,
+/// is empty or gives no byte.
+bool read_whole(std::vector<uint8_t>& bytes, const std::string& path, size_t max_bytes);
+
+}  // namespace uni

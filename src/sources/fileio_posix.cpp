@@ -1,0 +1,109 @@
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+
+#include "sources/fileio.h"
+#include "sources/host_path.h"
+
+namespace uni {
+
+namespace {
+
+constexpr mode_t new_file_mode = 0666;
+constexpr size_t largest_piece = 0x10000000;  // the most that one system call is asked for
+
+/// The system call's result, taken again for as long as a signal interrupts it.
+template <typename system_call>
+auto retried(system_call call) {
+  auto result = call();
+  while (result < 0 && errno == EINTR) result = call();
+  return result;
+}
+
+int open_file(const std::string& path, int flags) {
+  return retried([&] { return ::open(path.c_str(), flags | O_CLOEXEC | O_NOCTTY, new_file_mode); });
+}
+
+}  // namespace
+
+fileio::~fileio() { close(); }
+
+bool fileio::open_descriptor(const std::string& path, int flags) {
+  close();
+  const std::string name = ovrik::without_trailing_separators(path);
+  if (name.empty()) return false;
+  m_fd = open_file(name, flags);
+  if (m_fd < 0 && errno == EPERM && (flags & O_NOATIME) != 0) {
+    m_fd = open_file(name, flags & ~O_NOATIME);  // only the owner may keep the access time
+  }
+  m_owned = true;
+  struct stat status {};
+  if (m_fd >= 0 && (fstat(m_fd, &status) != 0 || S_ISDIR(status.st_mode))) close();
+  return is_open();
+}
+
+bool fileio::open_read(const std::string& path) {
+  return open_descriptor(path, O_RDONLY | O_NONBLOCK | O_NOATIME);
+}
+
+bool fileio::open_write(const std::string& path) {
+  return open_descriptor(path, O_WRONLY | O_CREAT | O_TRUNC);
+}
+
+bool fileio::open_append(const std::string& path) { return open_descriptor(path, O_WRONLY); }
+
+void fileio::attach_standard_output() {
+  close();
+  m_fd = STDOUT_FILENO;
+  m_owned = false;
+}
+
+uint64_t fileio::length() const {
+  if (!is_open()) return 0;
+  const off_t end = lseek(m_fd, 0, SEEK_END);
+  return end > 0 ? static_cast<uint64_t>(end) : 0;
+}
+
+bool fileio::read_at(void* buffer, size_t& size, uint64_t offset) const {
+  const size_t wanted = size;
+  size = 0;
+  const uint64_t end = length();
+  if (offset >= end) return false;
+  const size_t total = static_cast<size_t>(std::min<uint64_t>(wanted, end - offset));
+  while (size < total) {
+    const ssize_t got = retried([&] {
+      return pread(m_fd, static_cast<uint8_t*>(buffer) + size,
+                   std::min(total - size, largest_piece), static_cast<off_t>(offset + size));
+    });
+    if (got < 0) return false;
+    if (got == 0) break;
+    size += static_cast<size_t>(got);
+  }
+  return true;
+}
+
+bool fileio::append(const void* bytes, size_t size) {
+  if (!is_open()) return false;
+  // A pipe or a terminal has no end to go to; everything written goes there anyway.
+  if (m_owned) lseek(m_fd, 0, SEEK_END);
+  size_t written = 0;
+  while (written < size) {
+    const ssize_t put = retried([&] {
+      return ::write(m_fd, static_cast<const uint8_t*>(bytes) + written, size - written);
+    });
+    if (put < 0) return false;
+    written += static_cast<size_t>(put);
+  }
+  return true;
+}
+
+bool fileio::close() {
+  const bool closed = !is_open() || !m_owned || ::close(m_fd) == 0;
+  m_fd = -1;
+  return closed;
+}
+
+}  // namespace uni

@@ -1,0 +1,22 @@
+// Paths of the host that the program runs on. Paths inside evidence are not treated here: they
+// keep their backslashes on every host.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace ovrik {
+
+/// What separates the parts of a path on this host.
+char host_separator();
+
+/// `path` without the separators at its end.
+std::string without_trailing_separators(std::string_view path);
+
+/// What follows the last separator of `path`, all of it if there is none.
+std::string last_component(std::string_view path);
+
+/// `path` with the separators that this host writes: on Windows "/" becomes a backslash.
+std::string with_host_separators(std::string path);
+
+}  // namespace ovrik

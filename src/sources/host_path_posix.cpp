@@ -1,0 +1,19 @@
+#include "sources/host_path.h"
+
+namespace ovrik {
+
+char host_separator() { return '/'; }
+
+std::string without_trailing_separators(std::string_view path) {
+  // A path of nothing but separators is the root folder.
+  const size_t last = path.find_last_not_of('/');
+  return std::string(last == std::string_view::npos ? path.substr(0, 1) : path.substr(0, last + 1));
+}
+
+std::string last_component(std::string_view path) {
+  return std::string(path.substr(path.rfind('/') + 1));
+}
+
+std::string with_host_separators(std::string path) { return path; }
+
+}  // namespace ovrik

@@ -1,0 +1,30 @@
+// Memory for the bytes of a whole source.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+namespace uni {
+
+/// An owned block of bytes for one large read: its pages are asked for at once instead of one
+/// fault at a time, which costs more than the read itself. Starts out as zeros.
+class memory_block {
+ public:
+  memory_block() = default;
+  ~memory_block();
+  memory_block(const memory_block&) = delete;
+  memory_block& operator=(const memory_block&) = delete;
+
+  /// Gets `size` bytes, more than 0, for a block that has none yet. False: there is no memory.
+  bool allocate(size_t size);
+
+  uint8_t* data() { return m_data; }
+  const uint8_t* data() const { return m_data; }
+  size_t size() const { return m_size; }
+
+ private:
+  uint8_t* m_data = nullptr;
+  size_t m_size = 0;
+};
+
+}  // namespace uni

@@ -1,0 +1,20 @@
+#include <sys/mman.h>
+
+#include "sources/memory_block.h"
+
+namespace uni {
+
+memory_block::~memory_block() {
+  if (m_data != nullptr) munmap(m_data, m_size);
+}
+
+bool memory_block::allocate(size_t size) {
+  void* pages = mmap(nullptr, size, PROT_READ | PROT_WRITE,
+                     MAP_PRIVATE | MAP_ANONYMOUS | MAP_POPULATE, -1, 0);
+  if (pages == MAP_FAILED) return false;
+  m_data = static_cast<uint8_t*>(pages);
+  m_size = size;
+  return true;
+}
+
+}  // namespace uni
