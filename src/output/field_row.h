@@ -1,0 +1,37 @@
+// A row of typed cells, laid out as padded text, as delimited fields or as one line per cell.
+#pragma once
+
+#include <cstdint>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "output/row_settings.h"
+
+namespace ovrik {
+
+/// The cells of one row. `style` is ORed into each cell that the row receives.
+struct field_row {
+  explicit field_row(const row_settings& settings)
+      : style(settings.quoted_csv ? field_cell::quote : 0), cells(settings.columns.size()) {}
+
+  uint32_t style;
+  std::vector<field_cell> cells;  ///< as many as there are columns
+};
+
+/// Sets a number or FILETIME and returns how many column places it takes: 2 for
+/// `cell_kind::time_pair`, else 1. A column at or beyond the row's count is ignored.
+size_t row_set_number(field_row& row, size_t column, uint64_t value, cell_kind kind,
+                      uint32_t style = 0);
+
+/// Sets a text. With the quote style it is wrapped in double quotes, unless it begins with an
+/// opening brace and a double quote. A column at or beyond the row's count is ignored.
+void row_set_text(field_row& row, size_t column, const std::string& text, uint32_t style = 0);
+
+/// Writes the header line from `settings.columns` and clears `settings.emit_row_header`.
+void write_column_header(std::ostream& out, row_settings& settings);
+
+/// Writes one row, and the header in front of it if that is due.
+void write_row(std::ostream& out, const field_row& row, row_settings& settings);
+
+}  // namespace ovrik

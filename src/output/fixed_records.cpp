@@ -1,0 +1,148 @@
+#include "output/fixed_records.h"
+
+#include <map>
+
+#include "base/number_text.h"
+#include "base/text.h"
+
+namespace ovrik {
+
+namespace {
+
+constexpr char slot_letters[] = {'M', 'A', 'C', 'B'};
+constexpr std::string_view timezone = "UTC";
+
+constexpr uint64_t source_inode = 0;  // no source of rows knows the inode of a cached file
+
+/// What the slots of equal times share in their row.
+struct timeline_row {
+  std::string macb = "....";
+  std::string type;
+};
+
+using timeline_rows = std::multimap<uint64_t, timeline_row>;
+
+/// One row per different time, by time; slots of one time share a row.
+timeline_rows rows_of(const timeline_record& record) {
+  timeline_rows rows;
+  for (size_t slot = 0; slot < time_slots; ++slot) {
+    time_value time;
+    if (!decode_time(time, record.seconds[slot], time_encoding::unix_seconds)) continue;
+    auto row = rows.find(record.seconds[slot]);
+    if (row == rows.end()) row = rows.emplace(record.seconds[slot], timeline_row());
+    if (!row->second.type.empty()) row->second.type += "; ";
+    row->second.type += record.labels[slot];
+    row->second.macb[slot] = slot_letters[slot];
+  }
+  return rows;
+}
+
+/// The line of one record or header: fields with the separator between them.
+class separated_line {
+ public:
+  explicit separated_line(std::string_view separator) : m_separator(separator) {}
+
+  separated_line& add(std::string_view field) {
+    if (!m_first) m_line += m_separator;
+    m_first = false;
+    m_line += field;
+    return *this;
+  }
+
+  std::string text() const { return m_line + '\n'; }
+
+ private:
+  std::string_view m_separator;
+  std::string m_line;
+  bool m_first = true;
+};
+
+void write_timeline_header(std::ostream& out, row_settings& settings) {
+  settings.emit_row_header = false;
+  separated_line line(settings.csv_separator);
+  if (settings.pair_datetime) {
+    line.add("date/time");
+  } else {
+    line.add("date").add("time");
+  }
+  for (const char* name :
+       {"timezone", "MACB", "source", "sourcetype", "type", "user", "host", "short", "desc",
+        "version", "filename", "inode", "notes", "format", "extra"}) {
+    line.add(name);
+  }
+  out << line.text();
+}
+
+void write_body_header(std::ostream& out, row_settings& settings) {
+  settings.emit_row_header = false;
+  out << "md5|name|inode|mode as string|uid|gid|size|"
+         "access time|modify time|mft time|create time\n";
+}
+
+std::string inode_text(const row_settings& settings) {
+  return settings.hex_numbers ? "0x" + hex_text(source_inode, 8) : decimal_text(source_inode);
+}
+
+}  // namespace
+
+uint64_t slot_seconds(uint64_t filetime) {
+  uint64_t seconds = 0;
+  return filetime != 0 && filetime_to_unix(filetime, seconds) ? seconds : 0;
+}
+
+timeline_record::timeline_record(const row_settings& settings)
+    : sourcetype(settings.artifact_title),
+      user(settings.user_name),
+      host(settings.host_name),
+      inode(inode_text(settings)),
+      format(settings.program_name + " (lorvane)") {}
+
+void write_timeline_row(std::ostream& out, const timeline_record& record, row_settings& settings) {
+  if (settings.emit_row_header) write_timeline_header(out, settings);
+  const separator_pair& pair = settings.sub_separators;
+  const auto own_text = [&pair](std::string text) {
+    if (pair.from != 0 && pair.to != 0) replace_all(text, pair.from, pair.to);
+    return text;
+  };
+  const auto one_line = [&own_text](const std::string& text) {
+    std::string line = own_text(text);
+    escape_line_ends(line);
+    return line;
+  };
+  const std::string lead = settings.tight_csv ? "" : " ";
+  for (const auto& [seconds, row] : rows_of(record)) {
+    time_value time;
+    decode_time(time, seconds, time_encoding::unix_seconds);
+    std::string date_text;
+    std::string time_text;
+    format_date_time(date_text, time_text, time, settings.time_format);
+    separated_line line(settings.csv_separator);
+    if (settings.pair_datetime) {
+      line.add(lead + date_text + ' ' + time_text);
+    } else {
+      line.add(date_text).add(lead + time_text);
+    }
+    line.add(timezone).add(row.macb).add(record.source).add(record.sourcetype).add(row.type);
+    line.add(record.user).add(record.host);
+    line.add(own_text(record.short_text)).add(one_line(record.desc));
+    line.add(decimal_text(record.version)).add(own_text(record.filename)).add(record.inode);
+    line.add(one_line(record.notes)).add(record.format).add(one_line(record.extra));
+    out << line.text();
+  }
+}
+
+void write_body_row(std::ostream& out, const body_record& record, row_settings& settings) {
+  if (settings.emit_row_header) write_body_header(out, settings);
+  std::string name = record.name;
+  replace_all(name, '|', ';');
+  separated_line line("|");
+  line.add("0").add(name);                       // no MD5 is known
+  line.add(decimal_text(source_inode)).add("");  // nor a mode
+  line.add("0").add("0").add(decimal_text(record.size));
+  for (const time_slot slot : {accessed_slot, modified_slot, changed_slot, born_slot}) {
+    line.add(decimal_text(record.seconds[slot]));
+  }
+  out << line.text();
+}
+
+}  // namespace ovrik

@@ -1,0 +1,18 @@
+// What makes a console show the UTF-8 text of the results.
+#pragma once
+
+#include <cstdint>
+
+namespace uni {
+
+/// Sets the console's output to UTF-8 for as long as it lives and puts back what it found. On a
+/// host whose terminals take UTF-8 as it is, it does nothing.
+class utf8_locale {
+ public:
+  utf8_locale();
+  virtual ~utf8_locale();
+  utf8_locale(const utf8_locale&) = delete;
+  utf8_locale& operator=(const utf8_locale&) = delete;
+};
+
+}  // namespace uni
