@@ -1,0 +1,57 @@
+// One parsed Shim Cache: the layouts that Windows has written, the record of one cached program,
+// and all records of a cache.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace ovrik {
+
+/// The byte layouts of a cache. The numbers rule which columns a section has; 8 and 11 are
+/// reserved, and no input yields them.
+enum class shim_layout : uint32_t {
+  none = 0,
+  xp = 1,              ///< Windows XP, 32-bit
+  server2003_x86 = 2,  ///< Server 2003, XP 64-bit
+  server2003_x64 = 3,
+  vista_x86 = 4,  ///< Vista, Server 2008
+  vista_x64 = 5,
+  win7_x86 = 6,  ///< Windows 7, Server 2008 R2
+  win7_x64 = 7,
+  bare = 9,                ///< Windows 8 family, entries without a header
+  win8 = 10,               ///< Windows 8 and 8.1
+  bare_with_package = 12,  ///< Windows 8 family, entries without a header, with package data
+  win10 = 13,
+  win10_later = 14,
+};
+
+/// One cached program. Times are FILETIMEs (UTC), 0 where the layout has none.
+struct shim_cache_entry {
+  bool valid = false;                      ///< passed its layout's tests; false only in raw mode
+  bool in_slack = false;                   ///< starts at or behind the end of the value's own data
+  uint32_t signature = 0;                  ///< first four bytes of the entry, for layouts 9 to 14
+  shim_layout layout = shim_layout::none;  ///< a kept invalid entry: that of the entry before it
+  std::string path_raw;                    ///< as stored, in UTF-8
+  std::string path_key;  ///< `path_raw` lower-cased and without its first "\??\": the sort key
+  uint64_t file_size = 0;
+  uint64_t update_time = 0;
+  uint64_t modified_time = 0;
+  int32_t order = -1;            ///< position in the most-recently-used list of layout 1
+  uint32_t entry_number = 0;     ///< of the walk's step, from 0; invalid entries are counted too
+  uint32_t entry_offset = 0;     ///< from the buffer's start, in bytes, where the step began
+  bool path_had_prefix = false;  ///< `path_key` is not as long as `path_raw`
+  uint64_t path_offset = 0;      ///< layouts 2 to 7
+  uint32_t flags1 = 0;
+  uint32_t flags2 = 0;
+  uint64_t data_size = 0;          ///< layouts 6 and 7; the data themselves are not copied
+  uint64_t data_offset = 0;        ///< from the buffer's start, in bytes
+  uint32_t entry_tag = 0;          ///< word at +4 of layouts 9 to 14; not interpreted
+  std::vector<uint8_t> raw_bytes;  ///< in raw mode, the bytes of the entry
+};
+
+/// The entries of one cache by `path_key`, in byte order; equal keys in the order of the walk.
+using shim_cache_results = std::multimap<std::string, shim_cache_entry>;
+
+}  // namespace ovrik

@@ -1,0 +1,146 @@
+#include "shim/shim_columns.h"
+
+#include <algorithm>
+
+namespace ovrik {
+
+namespace {
+
+constexpr size_t date_width = 10;
+constexpr size_t time_width = 12;
+constexpr size_t joined_width = 23;
+constexpr size_t number_width = 10;
+constexpr size_t short_width = 5;
+constexpr size_t meaning_width = 25;
+constexpr size_t least_host_width = 8;
+constexpr size_t path_width = 20;
+
+/// Gathers the columns of a section.
+class column_list {
+ public:
+  explicit column_list(const shim_settings& settings) : m_settings(settings) {}
+
+  void add(const char* name, size_t width, cell_kind kind = cell_kind::text) {
+    field_cell column;
+    column.kind = kind;
+    column.text = name;
+    column.width = m_settings.tight_csv ? 0 : width;
+    columns.push_back(column);
+  }
+
+  /// The one or two columns of a time. In the joined form only `joined_kind` decides about the
+  /// blank in front of the name.
+  void add_time(const char* joined_name, cell_kind joined_kind, const char* date_name,
+                const char* time_name) {
+    if (m_settings.pair_datetime) {
+      add(joined_name, joined_width, joined_kind);
+    } else {
+      add(date_name, date_width);
+      add(time_name, time_width, cell_kind::time_header);
+    }
+  }
+
+  std::vector<field_cell> columns;
+
+ private:
+  const shim_settings& m_settings;
+};
+
+/// Fills the cells of a row from left to right.
+class cell_list {
+ public:
+  explicit cell_list(const shim_settings& settings)
+      : row(settings),
+        m_time_kind(settings.pair_datetime ? cell_kind::time_joined : cell_kind::time_pair) {}
+
+  void add_time(uint64_t filetime) { add_number(filetime, m_time_kind); }
+
+  void add_number(uint64_t value, cell_kind kind, uint32_t style = 0) {
+    m_column += row_set_number(row, m_column, value, kind, style);
+  }
+
+  void add_text(const std::string& text) { row_set_text(row, m_column++, text); }
+
+  field_row row;
+
+ private:
+  cell_kind m_time_kind;
+  size_t m_column = 0;
+};
+
+}  // namespace
+
+bool has_file_size(shim_layout layout) { return layout <= shim_layout::server2003_x64; }
+
+bool has_flags(shim_layout layout) {
+  return !has_file_size(layout) && layout < shim_layout::bare_with_package;
+}
+
+std::string shim_flags_meaning(uint32_t flags1) {
+  struct flag_word {
+    uint32_t bit;
+    uint32_t shown_when;  // the first test is inverted against the others
+    const char* word;
+  };
+  constexpr flag_word words[] = {{0x1, 0, "legacy-gui"}, {0x2, 0x2, "exec"}, {0x8, 0x8, "admin"}};
+  std::string meaning;
+  for (const flag_word& flag : words) {
+    if ((flags1 & flag.bit) != flag.shown_when) continue;
+    if (!meaning.empty()) meaning += "; ";
+    meaning += flag.word;
+  }
+  return meaning;
+}
+
+std::vector<field_cell> shim_columns(shim_layout layout, const shim_settings& settings) {
+  column_list list(settings);
+  if (settings.reg_update_time != 0) {
+    list.add_time("reg date [UTC]", cell_kind::time_header, "reg date", "reg-UTC");
+  }
+  list.add_time("file modify [UTC]", cell_kind::text, "file mod", "time-UTC");
+  if (layout == shim_layout::xp) {
+    list.add_time("xpupdate [UTC]", cell_kind::time_header, "xpupdate", "time-UTC");
+  }
+  list.add("entry", short_width);
+  if (layout == shim_layout::xp) list.add("order", short_width);
+  if (has_file_size(layout)) list.add("file sz", number_width);
+  if (has_flags(layout)) {
+    list.add("flags1", number_width);
+    list.add("flags2", number_width);
+    list.add("meaning (experimental)", meaning_width);
+  }
+  if (settings.inc_slack) list.add("slack", short_width);
+  if (!settings.host_name.empty()) {
+    list.add("hostname", std::max(settings.host_name.size(), least_host_width));
+  }
+  list.add("Path/file", path_width);
+  return std::move(list.columns);
+}
+
+field_row shim_row(const shim_cache_entry& entry, shim_layout layout,
+                   const shim_settings& settings) {
+  cell_list cells(settings);
+  if (settings.reg_update_time != 0) cells.add_time(settings.reg_update_time);
+  cells.add_time(entry.modified_time);
+  if (layout == shim_layout::xp) cells.add_time(entry.update_time);
+  cells.add_number(entry.entry_number, cell_kind::number32, field_cell::always_decimal);
+  if (layout == shim_layout::xp) {
+    // Sign-extended and shown unsigned: an entry that the list lacks shows the largest number.
+    cells.add_number(static_cast<uint64_t>(int64_t{entry.order}), cell_kind::number32,
+                     field_cell::always_decimal);
+  }
+  if (has_file_size(layout)) {
+    cells.add_number(entry.file_size, cell_kind::number64, field_cell::blank_zero);
+  }
+  if (has_flags(layout)) {
+    cells.add_number(entry.flags1, cell_kind::number32);
+    cells.add_number(entry.flags2, cell_kind::number32);
+    cells.add_text(shim_flags_meaning(entry.flags1));
+  }
+  if (settings.inc_slack) cells.add_text(entry.in_slack ? "*" : "");
+  if (!settings.host_name.empty()) cells.add_text(settings.host_name);
+  cells.add_text(entry.path_raw);
+  return std::move(cells.row);
+}
+
+}  // namespace ovrik

@@ -1,0 +1,31 @@
+// The columns of the cell rows and what fills them.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "output/field_row.h"
+#include "shim/shim_cache.h"
+#include "shim/shim_settings.h"
+
+namespace ovrik {
+
+/// True for the layouts whose rows show a file size.
+bool has_file_size(shim_layout layout);
+
+/// True for the layouts whose rows show flags.
+bool has_flags(shim_layout layout);
+
+/// The words of `flags1`, joined by "; ".
+std::string shim_flags_meaning(uint32_t flags1);
+
+/// The columns of a section whose first entry is of `layout`.
+std::vector<field_cell> shim_columns(shim_layout layout, const shim_settings& settings);
+
+/// The cells of one entry under the columns in `settings.columns`, which `shim_columns` made for
+/// the same `layout`.
+field_row shim_row(const shim_cache_entry& entry, shim_layout layout,
+                   const shim_settings& settings);
+
+}  // namespace ovrik

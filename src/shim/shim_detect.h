@@ -1,0 +1,22 @@
+// Recognises the layout of a cache from its first bytes and its first entry.
+#pragma once
+
+#include "base/byte_view.h"
+#include "shim/shim_cache.h"
+
+namespace ovrik {
+
+/// What the recogniser found out.
+struct detected_shim {
+  shim_layout layout = shim_layout::none;
+  uint32_t entry_count = 0;  ///< 0 for layouts 9 to 14
+  uint32_t header_bytes = 0;
+  uint32_t entry_bytes = 0;  ///< fixed length of an entry; the least one for layouts 9 to 14
+  uint32_t signature = 0;    ///< first four bytes of an entry of layouts 10, 12, 13 and 14
+};
+
+/// True if `data` looks like a cache; `found` then tells which. False: it does not, and `found`
+/// is as it was. The buffer may be cut short behind the first entry.
+bool detect_shim_layout(byte_view data, detected_shim& found);
+
+}  // namespace ovrik

@@ -1,0 +1,60 @@
+#include "shim/shim_parse.h"
+
+#include "base/text.h"
+#include "base/utf16.h"
+#include "shim/shim_walk.h"
+
+namespace ovrik {
+
+namespace {
+
+/// Four times the largest cache that is read. Entries that point to one another's paths could
+/// otherwise make a small cache ask for any amount of memory.
+constexpr uint64_t most_path_bytes = 0x4000000;
+
+constexpr std::string_view native_prefix = "\\??\\";
+
+}  // namespace
+
+shim_cache_entry shim_walk::next_entry() {
+  shim_cache_entry entry;
+  entry.entry_number = m_running_number++;
+  entry.entry_offset = static_cast<uint32_t>(offset);
+  entry.in_slack = offset + m_slack_length >= data.size();
+  return entry;
+}
+
+bool shim_walk::read_path(shim_cache_entry& entry, byte_view text) {
+  m_path_bytes += text.size();
+  if (m_path_bytes > most_path_bytes) return false;
+  entry.path_raw = utf16_text(text);
+  entry.path_key = lower_ascii(entry.path_raw);
+  if (const size_t at = entry.path_key.find(native_prefix); at != std::string::npos) {
+    entry.path_key.erase(at, native_prefix.size());
+  }
+  entry.path_had_prefix = entry.path_key.size() != entry.path_raw.size();
+  return true;
+}
+
+void shim_walk::store(shim_cache_entry&& entry) {
+  std::string key = entry.path_key;
+  m_results.emplace(std::move(key), std::move(entry));
+}
+
+bool parse_shim_cache(shim_cache_results& results, byte_view data, uint32_t slack_length,
+                      bool raw_mode) {
+  results.clear();
+  detected_shim found;
+  if (!detect_shim_layout(data, found) || found.header_bytes >= data.size()) return false;
+  shim_walk walk(results, data, found, slack_length, raw_mode);
+  if (found.layout == shim_layout::xp) {
+    walk_xp_cache(walk);
+  } else if (found.layout <= shim_layout::win7_x64) {
+    walk_array_cache(walk);
+  } else {
+    walk_signed_cache(walk);
+  }
+  return true;
+}
+
+}  // namespace ovrik
