@@ -1,0 +1,78 @@
+#include "hive/hive_header.h"
+
+#include "base/utf16.h"
+
+namespace ovrik {
+
+uint32_t hive_base = 0x1000;
+
+namespace {
+
+// The base block.
+constexpr size_t root_cell_at = 0x24;  // relative to the first bin
+constexpr size_t file_name_at = 0x30;  // UTF-16LE
+constexpr size_t file_name_bytes = 64;
+constexpr size_t log_marker_at = 0x200;
+constexpr size_t second_bin_probe_at = 0x230;
+constexpr size_t usual_first_bin_at = 0x1000;
+
+// A bin header.
+constexpr std::string_view bin_signature = "hbin";
+constexpr size_t bin_offset_at = 4;  // of this bin from the first one
+
+constexpr uint64_t largest_size = 0x7FFFFFFF;  // sizes are signed 32-bit numbers
+
+bool is_size_of_hive(uint64_t size) { return size >= least_hive_bytes && size <= largest_size; }
+
+/// The first place that holds a bin, found by looking at every stride boundary with a shift of up
+/// to 3 bytes. False: none before the last 4 bytes.
+bool find_first_bin(byte_view bytes, size_t stride, size_t& place) {
+  for (size_t boundary = 0; boundary < bytes.size() - 4; boundary += stride) {
+    for (size_t at = boundary; at < boundary + 4 && at < bytes.size() - 4; ++at) {
+      if (!bytes.text_at(at, bin_signature)) continue;
+      place = at;
+      return true;
+    }
+  }
+  return false;
+}
+
+/// Sets `hive_base`. False: there is no sign of a bin.
+bool find_hive_base(byte_view bytes) {
+  if (bytes.text_at(usual_first_bin_at, bin_signature) ||
+      bytes.text_at(second_bin_probe_at, bin_signature)) {
+    hive_base = usual_first_bin_at;
+    return true;
+  }
+  const bool new_log = bytes.text_at(log_marker_at, "HvLE");
+  const bool is_log = new_log || bytes.text_at(log_marker_at, "DIRT");
+  size_t place = 0;
+  if (!find_first_bin(bytes, new_log ? 8 : 512, place)) return false;
+  const bool moved = bytes.u32_at(place + bin_offset_at) == 0 &&
+                     bytes.size() - place > least_hive_bytes && !is_log;
+  hive_base = static_cast<uint32_t>(moved ? place : usual_first_bin_at);
+  return true;
+}
+
+/// What follows the last backslash of a path, or the last slash of a path without one.
+std::string last_component_of(const std::string& path) {
+  size_t separator = path.rfind('\\');
+  if (separator == std::string::npos) separator = path.rfind('/');
+  const std::string last = separator == std::string::npos ? path : path.substr(separator + 1);
+  return last == ".." ? "." : last;
+}
+
+}  // namespace
+
+bool check_hive_header(byte_view bytes, uint64_t hive_size, uint32_t& root_offset,
+                       std::string& name) {
+  if (!is_size_of_hive(bytes.size()) || !is_size_of_hive(hive_size) || !bytes.text_at(0, "regf") ||
+      !find_hive_base(bytes)) {
+    return false;
+  }
+  root_offset = bytes.u32_at(root_cell_at) + hive_base;
+  name = last_component_of(utf16_text(bytes.clip(file_name_at, file_name_bytes)));
+  return true;
+}
+
+}  // namespace ovrik

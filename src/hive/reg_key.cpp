@@ -1,0 +1,193 @@
+#include "hive/reg_key.h"
+
+#include "base/text.h"
+#include "hive/hive_header.h"
+#include "hive/reg_assert.h"
+
+namespace ovrik {
+
+namespace {
+
+// Places in a cell, counted from its size field.
+constexpr size_t signature_at = 0x04;
+
+// Key node ("nk").
+constexpr size_t last_write_at = 0x08;    // FILETIME
+constexpr size_t parent_at = 0x14;        // offset, never followed
+constexpr size_t subkey_count_at = 0x18;  // u32, volatile subkeys not included
+constexpr size_t subkey_list_at = 0x20;   // offset
+constexpr size_t security_at = 0x30;      // offset of an sk cell
+constexpr size_t name_length_at = 0x4C;   // u16, in bytes
+constexpr size_t name_at = 0x50;
+
+// Subkey lists ("lf", "lh", "li", "ri").
+constexpr size_t list_count_at = 0x06;  // u16
+constexpr uint32_t list_entries_at = 0x08;
+constexpr uint32_t hashed_entry_bytes = 8;  // lf and lh: offset, hash
+constexpr uint32_t plain_entry_bytes = 4;   // li and ri: offset
+
+enum class list_form { hashed, plain, index_root, unknown };
+
+list_form form_of(byte_view list) {
+  if (list.text_at(signature_at, "lf") || list.text_at(signature_at, "lh")) {
+    return list_form::hashed;
+  }
+  if (list.text_at(signature_at, "li")) return list_form::plain;
+  if (list.text_at(signature_at, "ri")) return list_form::index_root;
+  return list_form::unknown;
+}
+
+/// Gathers the subkeys of one key. Each list form has its own tests and its own answer to damage;
+/// the check line tells in reports which one a key without security stood in.
+class subkey_walk {
+ public:
+  subkey_walk(const reg_hive& hive, std::vector<reg_key>& keys) : m_hive(hive), m_keys(keys) {}
+
+  bool run(uint32_t nk_offset) {
+    const auto nk = m_hive.cell_at(nk_offset);
+    if (!nk) return false;
+    const uint32_t subkey_count = nk->u32_at(subkey_count_at);
+    if (subkey_count == 0) return true;
+    const uint32_t list_pos = nk->u32_at(subkey_list_at) + hive_base;
+    const auto list = m_hive.cell_at(list_pos);
+    if (!list) return false;
+    const list_form form = form_of(*list);
+    const uint32_t count = list->u16_at(list_count_at);
+    if (form == list_form::index_root) return walk_index_root(list_pos, count);
+    if (count != subkey_count) return false;
+    if (form == list_form::hashed) return walk_hashed(list_pos, count);
+    if (form == list_form::plain) return walk_plain(list_pos, count);
+    return true;
+  }
+
+ private:
+  /// lf and lh: what is no key is skipped.
+  bool walk_hashed(uint32_t list_pos, uint32_t count) {
+    for (uint32_t i = 0; i < count; ++i) {
+      const auto entry = m_hive.cell_at(hashed_entry(list_pos, i));
+      if (!entry) return true;
+      const uint32_t pos = entry->u32_at(0) + hive_base;
+      const auto nk = m_hive.cell_at(pos);
+      if (!nk || !is_live_nk(*nk)) continue;
+      if (!append(pos, *nk, 3045)) return true;
+    }
+    return true;
+  }
+
+  /// li: what is no key ends the list.
+  bool walk_plain(uint32_t list_pos, uint32_t count) {
+    const auto entries = m_hive.cell_at(list_pos + list_entries_at);
+    if (!entries) return false;
+    for (uint32_t i = 0; i < count; ++i) {
+      const uint32_t pos = entries->u32_at(plain_entry_bytes * i) + hive_base;
+      if (!append_with_list(pos, 3101)) return true;
+    }
+    return true;
+  }
+
+  /// ri: what is no key ends its sublist, and the walk goes on with the next one.
+  bool walk_index_root(uint32_t list_pos, uint32_t count) {
+    const auto entries = m_hive.cell_at(list_pos + list_entries_at);
+    if (!entries) return false;
+    for (uint32_t i = 0; i < count; ++i) {
+      const uint32_t sublist_pos = entries->u32_at(plain_entry_bytes * i) + hive_base;
+      const auto sublist = m_hive.cell_at(sublist_pos);
+      if (!sublist) continue;
+      const uint32_t sublist_count = sublist->u16_at(list_count_at);
+      const list_form form = form_of(*sublist);
+      if (form == list_form::hashed) {
+        walk_hashed_sublist(sublist_pos, sublist_count);
+      } else if (form == list_form::plain && !walk_plain_sublist(sublist_pos, sublist_count)) {
+        return false;
+      }
+    }
+    return true;
+  }
+
+  void walk_hashed_sublist(uint32_t list_pos, uint32_t count) {
+    for (uint32_t i = 0; i < count; ++i) {
+      const auto entry = m_hive.cell_at(hashed_entry(list_pos, i));
+      if (!entry || entry->u32_at(0) == 0) return;
+      if (!append_with_list(entry->u32_at(0) + hive_base, 2921)) return;
+    }
+  }
+
+  bool walk_plain_sublist(uint32_t list_pos, uint32_t count) {
+    const auto entries = m_hive.cell_at(list_pos + list_entries_at);
+    if (!entries) return false;
+    for (uint32_t i = 0; i < count; ++i) {
+      const uint32_t offset = entries->u32_at(plain_entry_bytes * i);
+      if (offset == 0 || !append_with_list(offset + hive_base, 2977)) return true;
+    }
+    return true;
+  }
+
+  static uint32_t hashed_entry(uint32_t list_pos, uint32_t index) {
+    return list_pos + list_entries_at + hashed_entry_bytes * index;
+  }
+
+  /// Appends the key at `pos` if it is one and its own subkey list, if it has subkeys, is in order.
+  bool append_with_list(uint32_t pos, unsigned check_line) {
+    const auto nk = m_hive.cell_at(pos);
+    if (!nk || !is_live_nk(*nk)) return false;
+    if (nk->u32_at(subkey_count_at) != 0) {
+      const auto list = m_hive.cell_at(nk->u32_at(subkey_list_at) + hive_base);
+      if (!list || form_of(*list) == list_form::unknown) return false;
+    }
+    return append(pos, *nk, check_line);
+  }
+
+  /// Appends a key. False: its security cell is damaged, or there are more keys than the hive has
+  /// room for, which lists that name a key over and over give.
+  bool append(uint32_t pos, byte_view nk, unsigned check_line) {
+    const uint32_t pSK = nk.u32_at(security_at);
+    reg_assert(pSK != 0, "pSK != 0", check_line);
+    const auto security = m_hive.cell_at(pSK + hive_base);
+    if (!security || !security->text_at(signature_at, "sk")) return false;
+    if (m_keys.size() >= m_hive.size() / name_at) return false;
+    m_keys.push_back({pos, nk.u64_at(last_write_at), nk.clip(name_at, nk.u16_at(name_length_at))});
+    return true;
+  }
+
+  const reg_hive& m_hive;
+  std::vector<reg_key>& m_keys;
+};
+
+/// Finds a subkey, with the line of the caller's own check.
+bool find_checked(const reg_hive& hive, uint32_t nk_parent_offset, const std::string& name,
+                  reg_key& key, unsigned check_line) {
+  reg_assert(nk_parent_offset != 0, "pKeyName && nk_parent_offset", check_line);
+  std::vector<reg_key> keys;
+  if (!enum_subkeys(hive, nk_parent_offset, keys)) return false;
+  for (const reg_key& candidate : keys) {
+    if (candidate.name.size() == name.size() && equal_ignoring_case(candidate.name.text(), name)) {
+      key = candidate;
+      return true;
+    }
+  }
+  return false;
+}
+
+}  // namespace
+
+bool is_live_nk(byte_view cell) {
+  return cell.text_at(signature_at, "nk") && cell.u16_at(name_length_at) != 0 &&
+         cell.u32_at(parent_at) != 0 && cell.u64_at(last_write_at) != 0;
+}
+
+bool enum_subkeys(const reg_hive& hive, uint32_t nk_offset, std::vector<reg_key>& keys) {
+  keys.clear();
+  return hive.usable() && subkey_walk(hive, keys).run(nk_offset);
+}
+
+bool find_subkey(const reg_hive& hive, uint32_t nk_parent_offset, const std::string& name,
+                 reg_key& key) {
+  return find_checked(hive, nk_parent_offset, name, key, 1896);
+}
+
+bool has_subkey(const reg_hive& hive, uint32_t nk_parent_offset, const std::string& name) {
+  reg_key key;
+  return find_checked(hive, nk_parent_offset, name, key, 1965);
+}
+
+}  // namespace ovrik

@@ -1,0 +1,155 @@
+#include "hive/reg_value.h"
+
+#include <algorithm>
+
+#include "base/utf16.h"
+#include "hive/hive_header.h"
+#include "hive/reg_assert.h"
+#include "hive/reg_key.h"
+
+namespace ovrik {
+
+namespace {
+
+// Places in a cell, counted from its size field.
+constexpr size_t signature_at = 0x04;
+constexpr uint32_t content_at = 0x04;  // of a data cell, a value list or a segment list
+
+// Key node ("nk").
+constexpr size_t value_count_at = 0x28;
+constexpr size_t value_list_at = 0x2C;  // offset
+
+// Key value ("vk").
+constexpr size_t name_length_at = 0x06;  // u16, in bytes
+constexpr size_t data_size_at = 0x08;    // u32, top bit set if resident
+constexpr size_t data_offset_at = 0x0C;  // offset, or the resident data
+constexpr size_t name_at = 0x18;
+constexpr uint32_t resident_bit = 0x80000000;
+constexpr uint32_t most_resident_bytes = 4;
+constexpr uint32_t longest_name = 4095;
+constexpr uint32_t largest_vk_cell = 4096;
+constexpr uint32_t size_mask = 0x0FFFFFFF;
+constexpr uint32_t data_limit = 0x1000000;
+
+// Big data ("db") and its segments.
+constexpr size_t segment_count_at = 0x06;  // u16
+constexpr size_t segment_list_at = 0x08;   // offset
+constexpr uint32_t largest_plain_data = 16351;
+constexpr uint32_t segment_overhead = 8;
+
+/// Magnitude of the size field, which is negative for an allocated cell.
+uint32_t cell_size(byte_view cell) {
+  const uint32_t size = cell.u32_at(0);
+  return size >> 31 != 0 ? 0 - size : size;
+}
+
+void append(std::vector<uint8_t>& bytes, byte_view more) {
+  bytes.insert(bytes.end(), more.data(), more.data() + more.size());
+}
+
+/// Joins the `count` segments in `list` of a big value of `wanted` bytes; what they hold beyond is
+/// slack. All slack together is no more than the hive, however often a list names a segment.
+void read_segments(const reg_hive& hive, byte_view list, uint32_t count, uint32_t wanted,
+                   value_bytes& bytes) {
+  for (uint64_t i = 0; i < count; ++i) {
+    if (!list.has(content_at + 4 * i, 4)) return;
+    const auto segment = hive.cell_at(list.u32_at(content_at + 4 * i) + hive_base);
+    if (!segment) continue;
+    const uint32_t size = cell_size(*segment);
+    const uint32_t capacity = size > segment_overhead ? size - segment_overhead : 0;
+    const uint32_t taken = std::min(capacity, wanted);
+    append(bytes.data, segment->clip(content_at, taken));
+    wanted -= taken;
+    const byte_view rest = segment->clip(content_at + taken, capacity - taken);
+    if (rest.size() <= hive.size() - std::min<size_t>(bytes.slack.size(), hive.size())) {
+      append(bytes.slack, rest);
+    }
+  }
+}
+
+}  // namespace
+
+std::string reg_value::name() const {
+  const uint32_t length = vk.u16_at(name_length_at);
+  if (length == 0 || length > longest_name) return {};
+  const byte_view raw = vk.clip(name_at, length);
+  // The name itself tells its encoding; the flags that should are not reliable.
+  if (length == 1 || raw.u8_at(1) != 0) return raw.text();
+  std::string name = utf16_text(raw.clip(0, length / 2 * 2));
+  size_t units = 0;
+  while (units < length / 2 && raw.u16_at(2 * units) != 0) ++units;
+  size_t consumed = 2 * units;
+  if (consumed + 2 <= length) consumed += 2;  // the terminator
+  if (consumed + 2 < length) name += raw.text();
+  return name;
+}
+
+bool enum_values(const reg_hive& hive, uint32_t nk_offset, std::vector<reg_value>& values) {
+  values.clear();
+  if (!hive.usable()) return false;
+  const auto nk = hive.cell_at(nk_offset);
+  if (!nk || !is_live_nk(*nk)) return false;
+  const uint32_t count = nk->u32_at(value_count_at);
+  const uint32_t list_offset = nk->u32_at(value_list_at);
+  if (count == 0 || list_offset == 0) return false;
+  const auto list = hive.cell_at(list_offset + hive_base);
+  if (!list) return false;
+  // A list that names a value over and over gives no more values than the hive has room for.
+  const size_t most_values = hive.size() / name_at;
+  for (uint64_t i = 0; i < count && list->has(content_at + 4 * i, 4); ++i) {
+    if (values.size() == most_values) break;
+    const uint32_t offset = list->u32_at(content_at + 4 * i);
+    const auto vk = hive.cell_at(offset + hive_base);
+    if (!vk || offset > hive.size()) continue;
+    reg_value value;
+    if (vk->text_at(signature_at, "vk")) {
+      const bool resident = (vk->u32_at(data_size_at) & resident_bit) != 0;
+      value.vk = *vk;
+      value.data_position = vk->u32_at(data_offset_at) + (resident ? 0 : hive_base);
+    }
+    values.push_back(value);
+  }
+  return true;
+}
+
+bool find_value(const reg_hive& hive, uint32_t nk_offset, const std::string& name,
+                reg_value& value) {
+  reg_assert(nk_offset != 0, "pValueName && nk_offset", 2022);
+  std::vector<reg_value> values;
+  if (!enum_values(hive, nk_offset, values)) return false;
+  const auto found =
+      std::find_if(values.begin(), values.end(),
+                   [&name](const reg_value& candidate) { return candidate.name() == name; });
+  if (found == values.end()) return false;
+  value = *found;
+  return true;
+}
+
+bool read_value_data(const reg_hive& hive, const reg_value& value, value_bytes& bytes) {
+  bytes = {};
+  if (value.vk.empty() || cell_size(value.vk) > largest_vk_cell) return false;
+  const uint32_t stored_size = value.vk.u32_at(data_size_at);
+  const uint32_t wanted = stored_size & size_mask;
+  if ((stored_size & resident_bit) != 0) {
+    if ((stored_size & ~resident_bit) <= most_resident_bytes) {
+      append(bytes.data, value.vk.clip(data_offset_at, wanted));
+    }
+    return true;
+  }
+  const auto cell = hive.cell_at(value.data_position);
+  const auto data = hive.cell_at(value.data_position + content_at);
+  if (!cell || !data) return false;
+  const int64_t position = static_cast<int32_t>(value.data_position);
+  const uint32_t masked_size = cell_size(*cell) & size_mask;
+  if (masked_size != 0 && position >= 1 && position + masked_size > hive.size()) return false;
+  if (wanted >= data_limit) return true;
+  const auto segments = hive.cell_at(cell->u32_at(segment_list_at) + hive_base);
+  if (stored_size > largest_plain_data && data->text_at(0, "db") && segments) {
+    read_segments(hive, *segments, cell->u16_at(segment_count_at), wanted, bytes);
+  } else {
+    append(bytes.data, data->clip(0, wanted));
+  }
+  return true;
+}
+
+}  // namespace ovrik
