@@ -1,0 +1,18 @@
+// The roads over raw cache values in files of their own.
+#pragma once
+
+#include <cstdint>
+#include <ostream>
+
+#include "driver/cmd_params.h"
+
+namespace ovrik {
+
+/// The most that is read of a raw cache file, in bytes.
+constexpr size_t max_binary_file = 0x1000000;
+
+/// Writes the rows of the raw cache at `options.source_path` to `out`. Returns the exit value; what
+/// is to be said goes to `standard_output`.
+int32_t run_binary_road(cmdline_options& options, std::ostream& out, std::ostream& standard_output);
+
+}  // namespace ovrik

@@ -1,0 +1,21 @@
+// What goes to standard error: progress in place and messages.
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+namespace ovrik {
+
+/// Shows the first `max_width` bytes of `text`, without line feeds, in place of the line that the
+/// cursor is in, and returns their count. A lone line feed clears the line; an empty text does
+/// nothing.
+size_t show_progress(size_t max_width, std::string_view text);
+
+/// Wipes the progress line.
+void clear_progress();
+
+/// Wipes the progress line and prints the formatted message. One that is just too long for 4096
+/// bytes ends in "...", a longer one is not printed.
+void print_problem(const char* format, ...) __attribute__((format(printf, 1, 2)));
+
+}  // namespace ovrik

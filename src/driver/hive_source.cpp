@@ -1,0 +1,21 @@
+#include "driver/hive_source.h"
+
+#include "base/text.h"
+#include "driver/wow64_redirect_adt.h"
+
+namespace ovrik {
+
+std::unique_ptr<reg_hive> open_hive_source(const std::string& path, std::string& kind_name) {
+  const wow64_redirect_adt guard;
+  bool ok = false;
+  auto hive = std::make_unique<reg_hive>(path, ok);
+  uint32_t root_offset = 0;
+  if (!ok || !hive->get_root(root_offset, kind_name)) return nullptr;
+  return hive;
+}
+
+bool is_system_hive(const std::string& kind_name) {
+  return lower_ascii(kind_name).find("system") != std::string::npos;
+}
+
+}  // namespace ovrik

@@ -1,0 +1,17 @@
+// Sources of SYSTEM hives.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "hive/reg_clas.h"
+
+namespace ovrik {
+
+/// Opens the hive file at `path` and tells its kind name. Nothing: it does not open or is no hive.
+std::unique_ptr<reg_hive> open_hive_source(const std::string& path, std::string& kind_name);
+
+/// True if the kind name is that of a SYSTEM hive.
+bool is_system_hive(const std::string& kind_name);
+
+}  // namespace ovrik

@@ -1,0 +1,12 @@
+// A terminal needs no mode for escape sequences, and there are no named events.
+#include "driver/host_console.h"
+
+namespace ovrik {
+
+uint32_t enable_escape_sequences() { return 0; }
+
+void restore_console_mode(uint32_t /*mode*/) {}
+
+bool signal_event(const std::string& /*name*/) { return false; }
+
+}  // namespace ovrik

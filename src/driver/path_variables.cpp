@@ -1,0 +1,37 @@
+#include "driver/path_variables.h"
+
+#include <cstdlib>
+
+namespace ovrik {
+
+namespace {
+
+constexpr size_t longest_path = 512;
+constexpr int most_replacements = 64;  // a variable may hold its own name
+
+/// Replaces the first "%NAME%" whose variable exists. False: there is none.
+bool replace_first_variable(std::string& path) {
+  size_t open = path.find('%');
+  while (open != std::string::npos) {
+    const size_t close = path.find('%', open + 1);
+    if (close == std::string::npos) return false;
+    const std::string name = path.substr(open + 1, close - open - 1);
+    if (const char* value = std::getenv(name.c_str()); value != nullptr) {
+      path.replace(open, close + 1 - open, value);
+      return true;
+    }
+    open = path.find('%', close + 1);
+  }
+  return false;
+}
+
+}  // namespace
+
+std::string expand_path_variables(std::string path) {
+  if (path.size() > longest_path) return path;
+  for (int i = 0; i < most_replacements && replace_first_variable(path); ++i) {
+  }
+  return path;
+}
+
+}  // namespace ovrik

@@ -1,0 +1,73 @@
+#include "driver/run.h"
+
+#include <cstdio>
+
+#include "driver/binary_road.h"
+#include "driver/cmd_params.h"
+#include "driver/cmdline_ctx.h"
+#include "driver/command_line.h"
+#include "driver/hive_road.h"
+#include "driver/results_file.h"
+#include "driver/tool_options.h"
+#include "driver/wow64_redirect_adt.h"
+#include "output/utf8_locale.h"
+
+namespace ovrik {
+
+namespace {
+
+constexpr const char* version_text = "ver: 0.53";
+
+/// What the end of the run needs to know of the options.
+void prepare_end(cmdline_ctx& context, const cmdline_options& options) {
+  context.clear_line_at_end = options.show_progress;
+  context.profile = options.profile;
+  context.diag_path = options.diag_path;
+  if (options.profile || options.diag_on) context.start_timing();
+  context.signal_name = options.signal_name;
+}
+
+/// Takes the one road that the options choose; a second source on the command line is ignored.
+int32_t take_road(cmdline_options& options, std::ostream& out, std::ostream& standard_output) {
+  if (options.binary_mode) return run_binary_road(options, out, standard_output);
+  if (options.hive_mode || options.extract_mode) return run_hive_road(options, out);
+  return 0;
+}
+
+}  // namespace
+
+int32_t run(argument_list args) {
+  cmdline_ctx context;
+  const uni::utf8_locale console_text;
+  std::string header_text;
+  {
+    const wow64_redirect_adt guard;
+    if (prepare_command_line(args, header_text)) return 0;
+  }
+
+  cmdline_options options;
+  options.version_text = version_text;
+  results_stream standard_output;
+  if (!parse_tool_options(options, args)) {
+    standard_output.out() << header_text << '\n';
+    standard_output.finish();
+    return -1;
+  }
+  prepare_end(context, options);
+
+  results_stream results_file;
+  if (options.out_file_given && !results_file.open(options.out_path)) {
+    std::fprintf(stderr, "prob opening results file: %s for writing\n", options.out_path.c_str());
+    return -1;
+  }
+  std::ostream& out = options.out_file_given ? results_file.out() : standard_output.out();
+  // The header goes out at once: -extract puts a value in its place, in the same file.
+  out << header_text << std::endl;
+
+  int32_t exit_value = take_road(options, out, standard_output.out());
+  if (options.out_file_given && !results_file.finish()) exit_value = -1;
+  if (!standard_output.finish()) exit_value = -1;
+  return exit_value;
+}
+
+}  // namespace ovrik
