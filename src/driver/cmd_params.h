@@ -44,6 +44,7 @@ struct registry_cmd_parameters : cmd_params {
 
 /// Options of this program: the run mode and its source.
 struct cmdline_options : registry_cmd_parameters {
+  bool pipe_binary_mode = false;
   bool binary_mode = false;
   bool extract_mode = false;
   bool hive_mode = false;

@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "output/date_text.h"
+#include "sources/lv_portable_dir.h"
 
 namespace ovrik {
 
@@ -52,6 +53,18 @@ bool take_stop_time(cmd_params& options, const std::string& value) {
     std::fputs("invalid stop time, ignoring\n", stderr);
   }
   return true;
+}
+
+bool lies_in_date_window(const cmd_params& options, const std::string& path) {
+  if (!options.start_time_on && !options.stop_time_on) return true;
+  lvportdir::file_times times;
+  if (!lvportdir::file_status(path, times) || times.written == 0) return false;
+  if (options.start_time_on && times.written < options.start_filetime &&
+      times.created < options.start_filetime) {
+    return false;
+  }
+  return !options.stop_time_on ||
+         (times.written <= options.stop_filetime && times.created <= options.stop_filetime);
 }
 
 }  // namespace ovrik

@@ -15,4 +15,8 @@ bool take_start_time(cmd_params& options, const std::string& value);
 /// the start is treated like one that does not exist. False: no date.
 bool take_stop_time(cmd_params& options, const std::string& value);
 
+/// True if the file at `path` lies in the window, or there is none. False: it does not, or nothing
+/// is known of its times.
+bool lies_in_date_window(const cmd_params& options, const std::string& path);
+
 }  // namespace ovrik

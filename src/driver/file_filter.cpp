@@ -4,6 +4,8 @@
 
 #include "base/number_text.h"
 #include "base/text.h"
+#include "sources/fileio.h"
+#include "sources/host_path.h"
 
 namespace ovrik {
 
@@ -31,8 +33,46 @@ file_filter filter_of(const std::string& element) {
   filter.star_left = filter.spec.starts_with('*');
   filter.star_right = filter.spec.ends_with('*');
   remove_all(filter.spec, '*');
-  filter.path_spec = filter.spec.starts_with('\\');
+  filter.path_spec = filter.spec.starts_with('\\') || filter.spec.starts_with(host_separator());
   return filter;
+}
+
+bool is_separator(char c) { return c == '\\' || c == '/'; }
+
+/// True if `spec` stands in the folder's path and ends with the name of a folder. Either separator
+/// of the folder does for the one that `spec` begins with.
+bool hits_folder(std::string folder, const std::string& spec) {
+  for (char& c : folder) {
+    if (is_separator(c)) c = spec.front();
+  }
+  for (size_t at = folder.find(spec); at != std::string::npos; at = folder.find(spec, at + 1)) {
+    const size_t end = at + spec.size();
+    if (end == folder.size() || is_separator(folder[end])) return true;
+  }
+  return false;
+}
+
+bool hits_name(const std::string& name, const file_filter& filter) {
+  if (filter.star_left && filter.star_right) return name.find(filter.spec) != std::string::npos;
+  if (filter.star_left) {
+    // Only the first occurrence counts: "a.exe.exe" does not pass "*.exe".
+    const size_t at = name.find(filter.spec);
+    return at != std::string::npos && at + filter.spec.size() == name.size();
+  }
+  if (filter.star_right) return name.starts_with(filter.spec);
+  return !filter.spec.empty() && name == filter.spec;
+}
+
+bool hits_signature(const std::string& path, const file_filter& filter, bool& unreadable) {
+  uni::fileio file;
+  if (!file.open_read(path)) {
+    unreadable = true;
+    return false;
+  }
+  std::vector<uint8_t> bytes(filter.signature.size());
+  size_t read = bytes.size();
+  return file.read_at(bytes.data(), read, filter.signature_offset) && read == bytes.size() &&
+         bytes == filter.signature;
 }
 
 }  // namespace
@@ -62,6 +102,21 @@ void append_signature_filter(std::vector<file_filter>& filters, std::string_view
   }
   if (parts.size() > 1) parse_u64(parts[1], filter.signature_offset);
   if (!filter.signature.empty()) filters.push_back(filter);
+}
+
+bool filter_accepts_path(const std::string& path, const std::vector<file_filter>& filters,
+                         bool& unreadable) {
+  unreadable = false;
+  if (path.empty()) return false;
+  if (filters.empty()) return true;
+  const std::string name = lower_ascii(last_component(path));
+  const std::string folder = lower_ascii(path.substr(0, path.size() - name.size()));
+  for (const file_filter& filter : filters) {
+    if (filter.path_spec && hits_folder(folder, filter.spec)) return true;
+    if (filter.match_all || hits_name(name, filter)) return true;
+    if (!filter.signature.empty() && hits_signature(path, filter, unreadable)) return true;
+  }
+  return false;
 }
 
 }  // namespace ovrik

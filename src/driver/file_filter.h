@@ -11,7 +11,7 @@ namespace ovrik {
 /// One parsed element. Its texts are lower-case.
 struct file_filter {
   std::string spec;        ///< without stars and without what follows a ":"
-  bool path_spec = false;  ///< `spec` begins with a backslash: it names the end of the folder
+  bool path_spec = false;  ///< `spec` begins with a separator: it names the end of a folder
   bool match_all = false;  ///< "*"
   bool star_left = false;
   bool star_right = false;
@@ -26,5 +26,11 @@ void parse_filter(std::vector<file_filter>& filters, std::string_view text);
 /// Appends a signature element: `text` holds hexadecimal bytes and behind a pipe or else a comma
 /// their offset. Text without a byte appends nothing.
 void append_signature_filter(std::vector<file_filter>& filters, std::string_view text);
+
+/// True if the path of a file passes: there is no element, or one hits. A path element hits where
+/// its text ends a folder's name on the way; any other looks at the file's name or, for a
+/// signature, into the file. `unreadable` tells that a file did not open for a signature.
+bool filter_accepts_path(const std::string& path, const std::vector<file_filter>& filters,
+                         bool& unreadable);
 
 }  // namespace ovrik

@@ -13,6 +13,9 @@ uint32_t enable_escape_sequences();
 /// Puts back what `enable_escape_sequences` returned, unless it is 0.
 void restore_console_mode(uint32_t mode);
 
+/// Makes the standard input give its bytes as they are.
+void set_binary_input();
+
 /// Raises the named event that another program waits for. False: the host has no such events, or
 /// the event could not be raised.
 bool signal_event(const std::string& name);

@@ -7,6 +7,8 @@ uint32_t enable_escape_sequences() { return 0; }
 
 void restore_console_mode(uint32_t /*mode*/) {}
 
+void set_binary_input() {}
+
 bool signal_event(const std::string& /*name*/) { return false; }
 
 }  // namespace ovrik

@@ -7,6 +7,7 @@
 #include "driver/cmdline_ctx.h"
 #include "driver/command_line.h"
 #include "driver/hive_road.h"
+#include "driver/list_road.h"
 #include "driver/results_file.h"
 #include "driver/tool_options.h"
 #include "driver/wow64_redirect_adt.h"
@@ -29,8 +30,10 @@ void prepare_end(cmdline_ctx& context, const cmdline_options& options) {
 
 /// Takes the one road that the options choose; a second source on the command line is ignored.
 int32_t take_road(cmdline_options& options, std::ostream& out, std::ostream& standard_output) {
+  if (options.pipe_binary_mode) return run_pipe_binary_road(options, out);
   if (options.binary_mode) return run_binary_road(options, out, standard_output);
   if (options.hive_mode || options.extract_mode) return run_hive_road(options, out);
+  if (options.pipe_mode || options.enumdir_mode) return run_list_road(options, out);
   return 0;
 }
 

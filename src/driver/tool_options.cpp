@@ -44,7 +44,8 @@ bool parse_tool_options(cmdline_options& options, argument_list& args) {
     options.binary_mode = true;
     options.source_path = value;
   }
-  take_source(options, args);
+  options.pipe_binary_mode = take_flag("-pipe_binary", args);
+  if (!options.pipe_binary_mode) take_source(options, args);
   options.raw_mode = options.extract_mode;
   options.inc_slack = take_flag("-inc_slack", args);
   options.sort_by_name = take_flag("-sort_by_name", args);

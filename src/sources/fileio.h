@@ -18,15 +18,18 @@ class fileio {
   fileio& operator=(const fileio&) = delete;
 
   /// Opens an existing file for reading; trailing separators of `path` (UTF-8) are ignored. Never
-  /// waits for a peer, as a pipe without a writer would make it. False: an empty path, a folder,
-  /// or a file that the system does not let us read; the object is then closed.
+  /// waits for a peer, as a pipe without a writer would make it. False: an empty path, a folder, a
+  /// pipe or a device that is no disk, or a file that the system does not let us read; the object
+  /// is then closed.
   bool open_read(const std::string& path);
 
   /// Opens `path` for writing, creating or truncating it; a read-only file is replaced where the
-  /// system allows that. False as for `open_read`.
+  /// system allows that. False: an empty path, a folder, or what the system
+  /// does not let us write.
   bool open_write(const std::string& path);
 
-  /// Opens an existing file for writing behind what it holds. False as for `open_read`.
+  /// Opens an existing file for writing behind what it holds. False as for
+  /// `open_write`.
   bool open_append(const std::string& path);
 
   /// Makes this object the standard output of the process, which is never closed.

@@ -46,6 +46,13 @@ bool fileio::open_descriptor(const std::string& path, int flags) {
 }
 
 bool fileio::open_read(const std::string& path) {
+  // The mere opening of a device can do something; evidence is a plain file or a whole disk.
+  struct stat status {};
+  const std::string name = ovrik::without_trailing_separators(path);
+  close();
+  if (stat(name.c_str(), &status) != 0 || !(S_ISREG(status.st_mode) || S_ISBLK(status.st_mode))) {
+    return false;
+  }
   return open_descriptor(path, O_RDONLY | O_NONBLOCK | O_NOATIME);
 }
 
