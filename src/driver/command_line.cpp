@@ -1,6 +1,7 @@
 #include "driver/command_line.h"
 
 #include <chrono>
+#include <ratio>
 
 #include "driver/host_facts.h"
 #include "driver/usage.h"
@@ -9,6 +10,8 @@
 namespace ovrik {
 
 namespace {
+
+constexpr std::chrono::seconds unix_epoch{11644473600};  // since 1601
 
 bool is_help_request(argument_list& args) {
   for (const char* name : {"-h", "-help", "/?", "--help"}) {
@@ -23,10 +26,11 @@ std::string present_time(const argument_list& args) {
   peek_option("-dateformat", date_format, args);
   date_time_writer writer;
   compile_date_time(writer, date_format, "hh:mm:ss.xxx", false);
+  using ticks = std::chrono::duration<int64_t, std::ratio<1, 10'000'000>>;
   const auto since_epoch = std::chrono::system_clock::now().time_since_epoch();
-  const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(since_epoch).count();
+  const auto filetime = std::chrono::duration_cast<ticks>(since_epoch) + unix_epoch;
   time_value now;
-  decode_time(now, static_cast<uint64_t>(seconds), time_encoding::unix_seconds);
+  decode_filetime(now, static_cast<uint64_t>(filetime.count()));
   std::string date_text;
   std::string time_text;
   format_date_time(date_text, time_text, now, writer);

@@ -90,6 +90,7 @@ void write_shim_rows(std::ostream& out, const shim_cache_results& results,
                      shim_settings& settings) {
   if (settings.section_headers && !settings.section_text.empty()) {
     out << settings.section_text << '\n';
+    settings.section_text.clear();
   }
   // The first entry rules the columns of the whole section.
   const shim_layout layout = results.begin()->second.layout;
