@@ -66,6 +66,7 @@ int32_t run(argument_list args) {
   std::ostream& out = options.out_file_given ? results_file.out() : standard_output.out();
   // The header goes out at once: -extract puts a value in its place, in the same file.
   out << header_text << std::endl;
+  options.emit_row_header = true;
 
   int32_t exit_value = take_road(options, out, standard_output.out());
   if (options.out_file_given && !results_file.finish()) exit_value = -1;

@@ -54,11 +54,18 @@ bool find_hive_base(byte_view bytes) {
   return true;
 }
 
-/// What follows the last backslash of a path, or the last slash of a path without one.
-std::string last_component_of(const std::string& path) {
-  size_t separator = path.rfind('\\');
-  if (separator == std::string::npos) separator = path.rfind('/');
-  const std::string last = separator == std::string::npos ? path : path.substr(separator + 1);
+/// What follows the last backslash of the UTF-16LE path in `field`, or the last slash of one without
+/// a backslash, as UTF-8.
+std::string last_component_of(byte_view field) {
+  size_t units = 0;
+  size_t behind_backslash = 0;
+  size_t behind_slash = 0;
+  for (; units < field.size() / 2 && field.u16_at(2 * units) != 0; ++units) {
+    if (field.u16_at(2 * units) == '\\') behind_backslash = units + 1;
+    if (field.u16_at(2 * units) == '/') behind_slash = units + 1;
+  }
+  const size_t begin = behind_backslash != 0 ? behind_backslash : behind_slash;
+  const std::string last = utf16_text(field.clip(2 * begin, 2 * (units - begin)));
   return last == ".." ? "." : last;
 }
 
@@ -71,7 +78,7 @@ bool check_hive_header(byte_view bytes, uint64_t hive_size, uint32_t& root_offse
     return false;
   }
   root_offset = bytes.u32_at(root_cell_at) + hive_base;
-  name = last_component_of(utf16_text(bytes.clip(file_name_at, file_name_bytes)));
+  name = last_component_of(bytes.clip(file_name_at, file_name_bytes));
   return true;
 }
 

@@ -11,6 +11,10 @@ namespace ovrik {
 
 namespace {
 
+/// How much more than the whole hive all values of a key may hold. Values that share their data
+/// would otherwise ask for any amount of memory and time.
+constexpr uint64_t overlapping_bytes = 0x10000000;
+
 using segment_span = std::span<const std::string>;
 
 /// Walks from the root along all segments but the first, which names the hive. False: a key is
@@ -31,19 +35,20 @@ bool reach_key(const reg_hive& hive, segment_span segments, reg_key& key) {
 /// Appends the values of a key; with a `name` only those that bear it.
 void collect_values(const reg_hive& hive, const reg_key& key, const std::string* name,
                     std::vector<reg_hit>& hits) {
-  std::vector<reg_value> values;
-  if (!enum_values(hive, key.nk_offset, values)) return;
-  // A key whose value list leads nowhere counts as found, without data.
-  if (values.empty() && name == nullptr) hits.push_back({key.last_write_time, {}, {}});
-  size_t total_bytes = 0;
-  for (const reg_value& value : values) {
-    if (name != nullptr && !equal_ignoring_case(value.name(), *name)) continue;
+  const uint64_t most_bytes = uint64_t{hive.size()} + overlapping_bytes;
+  uint64_t total_bytes = 0;
+  bool any_value = false;
+  const bool has_values = enum_values(hive, key.nk_offset, [&](const reg_value& value) {
+    any_value = true;
+    if (name != nullptr && !equal_ignoring_case(value.name(), *name)) return true;
     value_bytes bytes;
-    if (!read_value_data(hive, value, bytes)) continue;
+    if (!read_value_data(hive, value, bytes)) return true;
     total_bytes += bytes.data.size() + bytes.slack.size();
-    if (total_bytes > hive.size()) return;
     hits.push_back({key.last_write_time, std::move(bytes.data), std::move(bytes.slack)});
-  }
+    return total_bytes <= most_bytes;
+  });
+  // A key whose value list leads nowhere counts as found, without data.
+  if (has_values && !any_value && name == nullptr) hits.push_back({key.last_write_time, {}, {}});
 }
 
 }  // namespace

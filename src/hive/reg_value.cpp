@@ -84,8 +84,7 @@ std::string reg_value::name() const {
   return name;
 }
 
-bool enum_values(const reg_hive& hive, uint32_t nk_offset, std::vector<reg_value>& values) {
-  values.clear();
+bool enum_values(const reg_hive& hive, uint32_t nk_offset, const value_visitor& visit) {
   if (!hive.usable()) return false;
   const auto nk = hive.cell_at(nk_offset);
   if (!nk || !is_live_nk(*nk)) return false;
@@ -94,10 +93,7 @@ bool enum_values(const reg_hive& hive, uint32_t nk_offset, std::vector<reg_value
   if (count == 0 || list_offset == 0) return false;
   const auto list = hive.cell_at(list_offset + hive_base);
   if (!list) return false;
-  // A list that names a value over and over gives no more values than the hive has room for.
-  const size_t most_values = hive.size() / name_at;
   for (uint64_t i = 0; i < count && list->has(content_at + 4 * i, 4); ++i) {
-    if (values.size() == most_values) break;
     const uint32_t offset = list->u32_at(content_at + 4 * i);
     const auto vk = hive.cell_at(offset + hive_base);
     if (!vk || offset > hive.size()) continue;
@@ -107,7 +103,7 @@ bool enum_values(const reg_hive& hive, uint32_t nk_offset, std::vector<reg_value
       value.vk = *vk;
       value.data_position = vk->u32_at(data_offset_at) + (resident ? 0 : hive_base);
     }
-    values.push_back(value);
+    if (!visit(value)) break;
   }
   return true;
 }
@@ -115,14 +111,13 @@ bool enum_values(const reg_hive& hive, uint32_t nk_offset, std::vector<reg_value
 bool find_value(const reg_hive& hive, uint32_t nk_offset, const std::string& name,
                 reg_value& value) {
   reg_assert(nk_offset != 0, "pValueName && nk_offset", 2022);
-  std::vector<reg_value> values;
-  if (!enum_values(hive, nk_offset, values)) return false;
-  const auto found =
-      std::find_if(values.begin(), values.end(),
-                   [&name](const reg_value& candidate) { return candidate.name() == name; });
-  if (found == values.end()) return false;
-  value = *found;
-  return true;
+  bool found = false;
+  enum_values(hive, nk_offset, [&](const reg_value& candidate) {
+    found = candidate.name() == name;
+    if (found) value = candidate;
+    return !found;
+  });
+  return found;
 }
 
 bool read_value_data(const reg_hive& hive, const reg_value& value, value_bytes& bytes) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -23,9 +24,12 @@ struct value_bytes {
   std::vector<uint8_t> slack;
 };
 
-/// Lists the values of the key at the absolute position `nk_offset` in the order of the hive;
+/// Is given one value; returns whether to go on.
+using value_visitor = std::function<bool(const reg_value& value)>;
+
+/// Visits the values of the key at the absolute position `nk_offset` in the order of the hive;
 /// entries that lead out of the hive are left out. False: no such key, or it has no values.
-bool enum_values(const reg_hive& hive, uint32_t nk_offset, std::vector<reg_value>& values);
+bool enum_values(const reg_hive& hive, uint32_t nk_offset, const value_visitor& visit);
 
 /// Finds the first value of exactly that name, its case included. False, with `value` kept: none.
 bool find_value(const reg_hive& hive, uint32_t nk_offset, const std::string& name,

@@ -12,11 +12,14 @@ class memory_block {
  public:
   memory_block() = default;
   ~memory_block();
-  memory_block(const memory_block&) = delete;
-  memory_block& operator=(const memory_block&) = delete;
+  memory_block(memory_block&& other) noexcept;
+  memory_block& operator=(memory_block&&) = delete;
 
   /// Gets `size` bytes, more than 0, for a block that has none yet. False: there is no memory.
   bool allocate(size_t size);
+
+  /// Forgets what lies behind the first `size` bytes, at most all.
+  void cut(size_t size) { m_size = size; }
 
   uint8_t* data() { return m_data; }
   const uint8_t* data() const { return m_data; }
@@ -25,6 +28,7 @@ class memory_block {
  private:
   uint8_t* m_data = nullptr;
   size_t m_size = 0;
+  size_t m_capacity = 0;
 };
 
 }  // namespace uni

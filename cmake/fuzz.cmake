@@ -1,0 +1,26 @@
+# fuzz/x_fuzz.cpp becomes the fuzzer x_fuzz in a fuzzing build. Everywhere else it becomes
+# x_replay, which feeds the saved inputs of fuzz/seeds/x to the same entry in every test run.
+ovrik_glob(fuzz_sources fuzz/*_fuzz.cpp)
+file(GLOB seed_folders LIST_DIRECTORIES true CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/fuzz/seeds/*")
+
+if(fuzz_sources AND NOT OVRIK_FUZZ)
+  add_library(ovrik_replay_main OBJECT "${PROJECT_SOURCE_DIR}/fuzz/replay_main.cpp")
+  target_link_libraries(ovrik_replay_main PRIVATE ovrik_options)
+endif()
+
+foreach(source IN LISTS fuzz_sources)
+  get_filename_component(name "${source}" NAME_WE)
+  string(REGEX REPLACE "_fuzz$" "" name "${name}")
+  if(OVRIK_FUZZ)
+    add_executable(${name}_fuzz ${source})
+    target_link_libraries(${name}_fuzz PRIVATE ovrik_driver)
+    target_link_options(${name}_fuzz PRIVATE -fsanitize=fuzzer)
+  else()
+    add_executable(${name}_replay ${source} $<TARGET_OBJECTS:ovrik_replay_main>)
+    target_link_libraries(${name}_replay PRIVATE ovrik_driver)
+    set(seeds "${PROJECT_SOURCE_DIR}/fuzz/seeds/${name}")
+    if(seeds IN_LIST seed_folders)
+      add_test(NAME ${name}_replay COMMAND ${name}_replay "${seeds}")
+    endif()
+  endif()
+endforeach()

@@ -1,0 +1,33 @@
+# One library per layer. A layer links only the layers below it, so a call that points up fails
+# to link even where its include went unnoticed.
+
+# Puts the sources that match the patterns into `result`, without those of the other platform.
+function(ovrik_glob result)
+  set(patterns ${ARGN})
+  list(TRANSFORM patterns PREPEND "${PROJECT_SOURCE_DIR}/")
+  file(GLOB found CONFIGURE_DEPENDS ${patterns})
+  if(WIN32)
+    list(FILTER found EXCLUDE REGEX "_posix\\.cpp$")
+  else()
+    list(FILTER found EXCLUDE REGEX "_win32\\.cpp$")
+  endif()
+  set(${result} ${found} PARENT_SCOPE)
+endfunction()
+
+# ovrik_add_layers(lowest ... highest)
+function(ovrik_add_layers)
+  set(below ovrik_options)
+  foreach(layer IN LISTS ARGN)
+    set(library ovrik_${layer})
+    ovrik_glob(sources src/${layer}/*.cpp)
+    list(FILTER sources EXCLUDE REGEX "/main_[a-z0-9]+\\.cpp$")
+    if(sources)
+      add_library(${library} STATIC ${sources})
+      target_link_libraries(${library} PUBLIC ${below})
+    else()
+      add_library(${library} INTERFACE)
+      target_link_libraries(${library} INTERFACE ${below})
+    endif()
+    list(PREPEND below ${library})
+  endforeach()
+endfunction()

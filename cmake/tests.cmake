@@ -1,0 +1,26 @@
+# ovrik_tests calls the code; ovrik_e2e runs the built program as a user does.
+include(GoogleTest)
+
+function(ovrik_add_test_program name)
+  add_executable(${name} ${ARGN})
+  target_link_libraries(${name} PRIVATE ovrik_test_support GTest::gtest_main)
+  target_compile_definitions(${name} PRIVATE OVRIK_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
+  # A busy machine may need long for the first start of a sanitized program.
+  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 300 PROPERTIES TIMEOUT 600)
+endfunction()
+
+ovrik_glob(unit_sources tests/*/*_test.cpp)
+set(e2e_sources ${unit_sources})
+list(FILTER unit_sources EXCLUDE REGEX "/tests/e2e/[^/]*$")
+list(FILTER e2e_sources INCLUDE REGEX "/tests/e2e/[^/]*$")
+
+if(unit_sources)
+  ovrik_add_test_program(ovrik_tests ${unit_sources})
+endif()
+if(e2e_sources AND TARGET ovrik)
+  ovrik_add_test_program(ovrik_e2e ${e2e_sources})
+  add_dependencies(ovrik_e2e ovrik)
+  target_compile_definitions(ovrik_e2e PRIVATE
+    OVRIK_PROGRAM="$<TARGET_FILE:ovrik>"
+    OVRIK_BUILD_DIR="${PROJECT_BINARY_DIR}")
+endif()
