@@ -16,11 +16,10 @@ namespace ovrik {
 class byte_view {
  public:
   byte_view() = default;
-  byte_view(const uint8_t* data, size_t size) : m_data(data), m_size(size) {}
-  explicit byte_view(const std::vector<uint8_t>& bytes)
-      : m_data(bytes.data()), m_size(bytes.size()) {}
+  byte_view(const uint8_t* data, size_t size) : m_data(data), m_size(data == nullptr ? 0 : size) {}
+  explicit byte_view(const std::vector<uint8_t>& bytes) : byte_view(bytes.data(), bytes.size()) {}
 
-  const uint8_t* data() const { return m_data; }
+  const uint8_t* data() const { return m_data; }  ///< never null
   size_t size() const { return m_size; }
   bool empty() const { return m_size == 0; }
 
@@ -65,7 +64,9 @@ class byte_view {
     return number;
   }
 
-  const uint8_t* m_data = nullptr;
+  static constexpr uint8_t nothing = 0;  // what an empty window points at
+
+  const uint8_t* m_data = &nothing;
   size_t m_size = 0;
 };
 

@@ -7,9 +7,18 @@ namespace {
 bool is_high_surrogate(uint32_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
 bool is_low_surrogate(uint32_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
 
-/// Appends the UTF-8 form of a code point of at most 0x10FFFF.
-void append_utf8(std::string& out, uint32_t code) {
-  const auto put = [&out](uint32_t byte) { out += static_cast<char>(byte); };
+/// Copies the ASCII units at the start of `count` UTF-16LE units to `out`; returns their number.
+size_t ascii_units(const uint8_t* units, size_t count, char* out) {
+  size_t i = 0;
+  for (; i < count && units[2 * i] < 0x80 && units[2 * i + 1] == 0; ++i) {
+    out[i] = static_cast<char>(units[2 * i]);
+  }
+  return i;
+}
+
+/// Writes the UTF-8 form of a code point of at most 0x10FFFF and returns the place behind it.
+char* put_utf8(char* out, uint32_t code) {
+  const auto put = [&out](uint32_t byte) { *out++ = static_cast<char>(byte); };
   const auto put_tail = [&put, code](unsigned shift) { put(0x80U | (code >> shift & 0x3FU)); };
   if (code < 0x80) {
     put(code);
@@ -26,30 +35,42 @@ void append_utf8(std::string& out, uint32_t code) {
     put_tail(6);
     put_tail(0);
   }
+  return out;
 }
 
 }  // namespace
 
 bool utf16_to_utf8(std::string& out, byte_view units) {
   const size_t count = units.size() / 2;
-  out.clear();
-  out.reserve(count);
-  for (size_t i = 0; i < count; ++i) {
+  // Most paths are ASCII, and of them each unit is a byte.
+  out.resize(count);
+  const size_t ascii = ascii_units(units.data(), count, out.data());
+  if (ascii == count) return true;
+
+  constexpr size_t most_bytes_per_unit = 3;
+  out.resize(ascii + (count - ascii) * most_bytes_per_unit);
+  char* end = out.data() + ascii;
+  bool whole = true;
+  for (size_t i = ascii; i < count; ++i) {
     uint32_t code = units.u16_at(2 * i);
     if (is_high_surrogate(code)) {
       const uint32_t low = units.u16_at(2 * (i + 1));
-      if (i + 1 == count || !is_low_surrogate(low)) return false;
+      whole = i + 1 < count && is_low_surrogate(low);
+      if (!whole) break;
       code = 0x10000U + ((code - 0xD800U) << 10) + (low - 0xDC00U);
       ++i;
     }
-    append_utf8(out, code);
+    end = put_utf8(end, code);
   }
-  return true;
+  out.resize(static_cast<size_t>(end - out.data()));
+  return whole;
 }
 
 std::string utf16_text(byte_view bytes) {
+  const uint8_t* units = bytes.data();
+  const size_t most = bytes.size() / 2;
   size_t count = 0;
-  while (count < bytes.size() / 2 && bytes.u16_at(2 * count) != 0) ++count;
+  while (count < most && (units[2 * count] != 0 || units[2 * count + 1] != 0)) ++count;
   std::string text;
   utf16_to_utf8(text, bytes.clip(0, 2 * count));  // a broken pair cuts the text there
   return text;

@@ -15,7 +15,7 @@ namespace {
 /// The name of the effective user in the local password file, else its number. The system's own
 /// look-up would load shared libraries into a static program.
 std::string user_name() {
-  const std::string number = std::to_string(geteuid());
+  std::string number = std::to_string(geteuid());
   std::ifstream accounts("/etc/passwd");
   for (std::string line; std::getline(accounts, line);) {
     const std::vector<std::string> fields = split(line, ':');

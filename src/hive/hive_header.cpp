@@ -54,8 +54,8 @@ bool find_hive_base(byte_view bytes) {
   return true;
 }
 
-/// What follows the last backslash of the UTF-16LE path in `field`, or the last slash of one without
-/// a backslash, as UTF-8.
+/// What follows the last backslash of the UTF-16LE path in `field`, or the last slash of one
+/// without a backslash, as UTF-8.
 std::string last_component_of(byte_view field) {
   size_t units = 0;
   size_t behind_backslash = 0;

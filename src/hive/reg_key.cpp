@@ -140,9 +140,9 @@ class subkey_walk {
   /// Appends a key. False: its security cell is damaged, or there are more keys than lists of the
   /// hive's size could name, which only a list that is named over and over gives.
   bool append(uint32_t pos, byte_view nk, unsigned check_line) {
-    const uint32_t pSK = nk.u32_at(security_at);
-    reg_assert(pSK != 0, "pSK != 0", check_line);
-    const auto security = m_hive.cell_at(pSK + hive_base);
+    const uint32_t security_offset = nk.u32_at(security_at);
+    reg_assert(security_offset != 0, "pSK != 0", check_line);
+    const auto security = m_hive.cell_at(security_offset + hive_base);
     if (!security || !security->text_at(signature_at, "sk")) return false;
     if (m_keys.size() >= m_hive.size() / plain_entry_bytes) return false;
     m_keys.push_back({pos, nk.u64_at(last_write_at), nk.clip(name_at, nk.u16_at(name_length_at))});

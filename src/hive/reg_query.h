@@ -20,7 +20,8 @@ struct reg_hit {
 /// a second segment "CurrentControlSet" stands for the current control set. If the whole path is a
 /// key, its values are the hits; otherwise those values of the key in front of the last segment
 /// whose name it is, A to Z taken as a to z. Values that cannot be read are left out, as are those
-/// behind the one with which all data together exceed the hive by 256 MiB. False: there are no hits.
+/// behind the one with which all data together exceed the hive by 256 MiB. False: there are no
+/// hits.
 bool query_values(const reg_hive& hive, const std::vector<std::string>& segments,
                   std::vector<reg_hit>& hits);
 

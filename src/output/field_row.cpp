@@ -9,6 +9,10 @@ namespace ovrik {
 
 namespace {
 
+bool has_line_end(const std::string& text) {
+  return text.find('\n') != std::string::npos || text.find('\r') != std::string::npos;
+}
+
 /// Lays the cells of one row out into a line.
 class row_line {
  public:
@@ -67,13 +71,20 @@ class row_line {
     return 1;
   }
 
-  void append_text(std::string text, size_t width) {
+  void append_text(const std::string& text, size_t width) {
     const separator_pair& pair = m_settings.sub_separators;
-    if (pair.from != 0) replace_all(text, pair.from, pair.to);
-    if (m_settings.form_csv || m_settings.form_csvgen || has_stream_header(m_settings)) {
-      escape_line_ends(text);
+    const bool separated = pair.from != 0 && text.find(pair.from) != std::string::npos;
+    const bool one_line =
+        m_settings.form_csv || m_settings.form_csvgen || has_stream_header(m_settings);
+    const bool broken = one_line && has_line_end(text);
+    if (!separated && !broken) {
+      append_padded_right(m_line, text, width);
+      return;
     }
-    append_padded_right(m_line, text, width);
+    std::string changed = text;
+    if (separated) replace_all(changed, pair.from, pair.to);
+    if (one_line) escape_line_ends(changed);
+    append_padded_right(m_line, changed, width);
   }
 
   void append_number(const field_cell& cell, size_t width) {

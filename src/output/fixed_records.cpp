@@ -118,7 +118,8 @@ void write_timeline_row(std::ostream& out, const timeline_record& record, row_se
     format_date_time(date_text, time_text, time, settings.time_format);
     separated_line line(settings.csv_separator);
     if (settings.pair_datetime) {
-      line.add(lead + date_text + ' ' + time_text);
+      date_text.insert(0, lead).append(1, ' ').append(time_text);
+      line.add(date_text);
     } else {
       line.add(date_text).add(lead + time_text);
     }

@@ -38,8 +38,8 @@ std::string aliased_hive_location(const row_settings& settings) {
 }
 
 void escape_line_ends(std::string& text) {
-  if (text.find_first_of("\r\n") == std::string::npos) return;
   const bool has_lf = text.find('\n') != std::string::npos;
+  if (!has_lf && text.find('\r') == std::string::npos) return;
   std::string escaped;
   for (size_t i = 0; i < text.size(); ++i) {
     const char next = i + 1 < text.size() ? text[i + 1] : '\0';

@@ -34,14 +34,13 @@ struct shim_cache_entry {
   uint32_t signature = 0;                  ///< first four bytes of the entry, for layouts 9 to 14
   shim_layout layout = shim_layout::none;  ///< a kept invalid entry: that of the entry before it
   std::string path_raw;                    ///< as stored, in UTF-8
-  std::string path_key;  ///< `path_raw` lower-cased and without its first "\??\": the sort key
   uint64_t file_size = 0;
   uint64_t update_time = 0;
   uint64_t modified_time = 0;
   int32_t order = -1;            ///< position in the most-recently-used list of layout 1
   uint32_t entry_number = 0;     ///< of the walk's step, from 0; invalid entries are counted too
   uint32_t entry_offset = 0;     ///< from the buffer's start, in bytes, where the step began
-  bool path_had_prefix = false;  ///< `path_key` is not as long as `path_raw`
+  bool path_had_prefix = false;  ///< the sort key is not as long as `path_raw`
   uint64_t path_offset = 0;      ///< layouts 2 to 7
   uint32_t flags1 = 0;
   uint32_t flags2 = 0;
@@ -51,7 +50,8 @@ struct shim_cache_entry {
   std::vector<uint8_t> raw_bytes;  ///< in raw mode, the bytes of the entry
 };
 
-/// The entries of one cache by `path_key`, in byte order; equal keys in the order of the walk.
+/// The entries of one cache by their path in lower case and without its first "\??\", in byte
+/// order; equal keys in the order of the walk.
 using shim_cache_results = std::multimap<std::string, shim_cache_entry>;
 
 }  // namespace ovrik

@@ -28,17 +28,14 @@ bool shim_walk::read_path(shim_cache_entry& entry, byte_view text) {
   m_path_bytes += text.size();
   if (m_path_bytes > most_path_bytes) return false;
   entry.path_raw = utf16_text(text);
-  entry.path_key = lower_ascii(entry.path_raw);
-  if (const size_t at = entry.path_key.find(native_prefix); at != std::string::npos) {
-    entry.path_key.erase(at, native_prefix.size());
-  }
-  entry.path_had_prefix = entry.path_key.size() != entry.path_raw.size();
+  entry.path_had_prefix = entry.path_raw.find(native_prefix) != std::string::npos;
   return true;
 }
 
 void shim_walk::store(shim_cache_entry&& entry) {
-  std::string key = entry.path_key;
-  m_results.emplace(std::move(key), std::move(entry));
+  std::string path_key = lower_ascii(entry.path_raw);
+  if (entry.path_had_prefix) path_key.erase(path_key.find(native_prefix), native_prefix.size());
+  m_results.emplace(std::move(path_key), std::move(entry));
 }
 
 bool parse_shim_cache(shim_cache_results& results, byte_view data, uint32_t slack_length,

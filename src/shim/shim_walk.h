@@ -40,6 +40,7 @@ class shim_walk {
   /// together longer than any real cache could hold, because they overlap; the walk has to end.
   bool read_path(shim_cache_entry& entry, byte_view text);
 
+  /// Adds the entry of the step to the results, under the key that its path gives.
   void store(shim_cache_entry&& entry);
 
  private:

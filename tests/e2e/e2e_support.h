@@ -1,0 +1,83 @@
+// What the end-to-end tests of single sources share: composed evidence and a folder to run in.
+
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "support/cache_builder.h"
+#include "support/run_program.h"
+#include "support/system_hive.h"
+#include "support/temp_dir.h"
+
+namespace test_support {
+
+using words = std::vector<std::string>;
+
+constexpr int failure = 255;  ///< -1 as the shell sees it
+
+/// What goes out before a message: it wipes the line that progress is shown in.
+inline const std::string wiped = "\x1b[2K\r" + std::string(27, ' ') + "\r";
+
+/// A Windows 7 cache with the characters that the output forms treat in ways of their own.
+inline bytes seven_cache() {
+  cache_builder cache(7);
+  cache.entry({.path = u"\\??\\C:\\Old, new\\a|b.exe",
+               .modified = filetime(2014, 3, 5, 13, 7, 9, 1'234'567),
+               .flags1 = 0x0A});
+  cache.entry({.path = u"C:\\Ж\nc.exe", .modified = 0, .flags1 = 1, .flags2 = 0x12});
+  return cache.bytes();
+}
+
+/// A Windows XP cache: the first program is missing in the list of last use and the second one's
+/// times differ by less than a second.
+inline bytes xp_cache() {
+  cache_builder cache(1);
+  cache.entry({.path = u"C:\\p.exe",
+               .modified = filetime(2005, 6, 7, 8, 9, 10),
+               .update = filetime(2004, 1, 2, 3, 4, 5)});
+  cache.entry({.path = u"C:\\q|.exe",
+               .modified = filetime(2006, 7, 8, 9, 10, 11, 5'000'000),
+               .update = filetime(2006, 7, 8, 9, 10, 11),
+               .file_size = 0});
+  return cache.order({1}).bytes();
+}
+
+/// The first cache in the current control set, the second one under the old key of set `xp_set`.
+inline bytes two_cache_hive(uint32_t xp_set) {
+  const uint64_t last_write = filetime(2023, 3, 4, 19, 52, 7, 3'391'250);
+  return system_hive({{.number = 1, .cache = seven_cache(), .last_write = last_write},
+                      {.number = xp_set,
+                       .cache = xp_cache(),
+                       .old_key = true,
+                       .last_write = filetime(2010, 1, 1)}},
+                     1)
+      .bytes();
+}
+
+/// What stands behind the start-up header, which ends with the first empty line.
+inline std::string body_of(const std::string& out) {
+  const size_t end = out.find("\n\n");
+  return end == std::string::npos ? "no header: " + out : out.substr(end + 2);
+}
+
+/// Runs the program in a folder with a hive of two caches, "sets.hiv".
+class single_source : public testing::Test {
+ protected:
+  single_source() { put_file("sets.hiv", two_cache_hive(2)); }
+  void put_file(const char* name, const bytes& content) { write_file(folder.path(name), content); }
+  bytes content(const char* name) const { return read_file(folder.path(name)); }
+
+  run_result run(words arguments, run_options options = {}) const {
+    arguments.emplace_back("-quiet");
+    options.folder = folder.path();
+    return run_ovrik(arguments, options);
+  }
+  std::string body(words arguments) const { return body_of(run(std::move(arguments)).out); }
+
+  const temp_dir folder;
+};
+
+}  // namespace test_support

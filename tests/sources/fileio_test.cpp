@@ -1,0 +1,51 @@
+#include "sources/fileio.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include "support/bytes.h"
+#include "support/temp_dir.h"
+
+namespace {
+
+using namespace test_support;
+
+TEST(fileio, opens_only_what_can_be_read) {
+  const temp_dir dir;
+  write_file(dir.path("file"), "1234567");
+  ASSERT_EQ(mkfifo(dir.path("pipe").c_str(), 0600), 0);
+  uni::fileio file;
+  for (const std::string& path : {std::string(), dir.path(), dir.path("none")}) {
+    EXPECT_FALSE(file.open_read(path) || file.open_append(path) || file.is_open()) << path;
+  }
+  file.open_read(dir.path("pipe"));  // comes back although nobody writes
+  EXPECT_EQ(file.length(), 0U);
+  ASSERT_TRUE(file.open_read(dir.path("file") + "//"));
+  EXPECT_EQ(file.length(), 7U);
+  EXPECT_FALSE(file.append("x", 1));
+  EXPECT_FALSE(file.open_read(dir.path("none")) || file.is_open());
+}
+
+TEST(fileio, reads_are_clipped_at_the_end) {
+  const temp_dir dir;
+  write_file(dir.path("file"), "1234567");
+  write_file(dir.path("empty"), "");
+  uni::fileio file;
+  ASSERT_TRUE(file.open_read(dir.path("file")));
+  const std::pair<uint64_t, std::string> rows[] = {
+      {0, "123"}, {4, "567"}, {5, "67"}, {6, "7"}, {7, ""}, {8, ""}, {UINT64_MAX, ""}};
+  for (const auto& [offset, expected] : rows) {
+    std::string text(3, '?');
+    size_t size = text.size();
+    EXPECT_EQ(file.read_at(text.data(), size, offset), !expected.empty()) << offset;
+    EXPECT_EQ(text.substr(0, size), expected);
+  }
+  bytes whole;
+  EXPECT_FALSE(uni::read_whole(whole, dir.path("empty"), 10));
+  for (const size_t limit : {size_t{6}, size_t{7}, SIZE_MAX}) {
+    ASSERT_TRUE(uni::read_whole(whole, dir.path("file"), limit));
+    EXPECT_EQ(as_text(whole), std::string("1234567").substr(0, limit));
+  }
+}
+
+}  // namespace
