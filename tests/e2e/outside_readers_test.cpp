@@ -49,20 +49,19 @@ class outside_readers : public testing::Test {
 TEST_F(outside_readers, mactime_takes_every_row_of_a_body_file) {
   NEED_TOOL("mactime");
   const std::string body = results("-bodyfile", m_list);
-  size_t rows = 0;
-  for (size_t at = body.find("\n0|"); at != std::string::npos; at = body.find("\n0|", at + 1))
-    ++rows;
-  ASSERT_GE(rows, 39U);
   write_file(m_folder.path("body"), body);
   const run_result run = run_program("/usr/bin/mactime", {"-b", "body", "-d", "-z", "UTC"},
                                      {.folder = m_folder.path()});
   EXPECT_EQ(run.exit_status, 0);
   EXPECT_EQ(run.err, "");
-  // Each row gives a line for its modification and one for the times that are not known.
-  size_t lines = 0;
-  for (const char c : run.out) lines += c == '\n' ? 1 : 0;
-  EXPECT_GE(lines, rows);
-  EXPECT_LE(lines, 2 * rows + 1);
+  size_t rows = 0;
+  for (size_t at = body.find("\n0|"); at != std::string::npos; at = body.find("\n0|", at + 1)) {
+    // mactime replaces control characters, which names of store apps hold.
+    const std::string name = body.substr(at + 3, body.find_first_of("|\t", at + 3) - at - 3);
+    EXPECT_NE(run.out.find(name), std::string::npos) << name;
+    ++rows;
+  }
+  EXPECT_GE(rows, 39U);
 }
 
 TEST_F(outside_readers, sqlite_finds_the_columns_of_the_header_in_every_csv_row) {
