@@ -1,7 +1,5 @@
 #include "driver/registry_commands.h"
 
-#include <sstream>
-
 #include "base/text.h"
 #include "driver/console.h"
 #include "driver/wow64_redirect_adt.h"
@@ -54,36 +52,37 @@ bool extract_value(const std::string& path, const std::vector<uint8_t>& data) {
   return file.close() && written;
 }
 
-/// Writes the rows of one value to `rows`.
-void write_value(std::ostream& rows, const reg_hit& hit, registry_cmd_parameters& options) {
-  std::vector<uint8_t> buffer = hit.data;
-  uint32_t slack_length = 0;
-  if (options.inc_slack) {
-    buffer.insert(buffer.end(), hit.slack.begin(), hit.slack.end());
-    slack_length = static_cast<uint32_t>(hit.slack.size());
+/// Writes the rows of one value. False: there are none.
+bool write_value(std::ostream& out, const reg_hit& hit, registry_cmd_parameters& options) {
+  std::vector<uint8_t> joined;
+  if (options.inc_slack && !hit.slack.empty()) {
+    joined = hit.data;
+    joined.insert(joined.end(), hit.slack.begin(), hit.slack.end());
   }
+  const auto slack_length = static_cast<uint32_t>(joined.empty() ? 0 : hit.slack.size());
+  const byte_view data(joined.empty() ? hit.data : joined);
   shim_cache_results results;
-  const byte_view data(buffer);
-  if (!parse_shim_cache(results, data, slack_length, options.raw_mode)) return;
+  if (!parse_shim_cache(results, data, slack_length, options.raw_mode)) return false;
   options.reg_update_time = hit.last_write_time;
-  output_shim_cache(rows, results, options, data);
+  const bool written = output_shim_cache(out, results, options, data);
   options.reg_update_time = 0;
+  return written;
 }
 
-/// Writes what a command's values hold: to `rows`, or with -extract to the results file. False: a
-/// value could not be written there.
-bool handle_shim_cache(std::ostream& rows, const std::vector<reg_hit>& hits,
+/// Writes what a command's values hold to `out`, or with -extract to the results file. An empty
+/// line ends the rows of a form with sections.
+void handle_shim_cache(std::ostream& out, const std::vector<reg_hit>& hits,
                        registry_cmd_parameters& options) {
-  bool written = true;
+  bool any_rows = false;
   for (const reg_hit& hit : hits) {
     if (hit.data.empty()) continue;
-    if (options.raw_mode && !options.out_path.empty()) {
-      written = extract_value(options.out_path, hit.data) && written;
-    } else {
-      write_value(rows, hit, options);
+    if (!options.raw_mode || options.out_path.empty()) {
+      any_rows = write_value(out, hit, options) || any_rows;
+    } else if (!extract_value(options.out_path, hit.data)) {
+      out.setstate(std::ios::failbit);
     }
   }
-  return written;
+  if (any_rows && !has_stream_header(options)) out << '\n';
 }
 
 }  // namespace
@@ -130,11 +129,7 @@ size_t run_registry_commands(const std::vector<registry_command>& commands, std:
       const bool first = &command == &commands.front();
       options.section_text = (first ? "" : "\n") + heading_of(command, options);
     }
-    std::ostringstream rows;
-    if (!handle_shim_cache(rows, hits, options)) out.setstate(std::ios::failbit);
-    std::string pending = std::move(rows).str();
-    if (header_per_section && pending.size() > 2) pending += '\n';
-    out << pending;
+    handle_shim_cache(out, hits, options);
     ++found;
   }
   if (options.show_progress) show_progress(progress_width, "\n");

@@ -1,11 +1,11 @@
 #include "hive/reg_clas.h"
 
 #include <algorithm>
-#include <vector>
+#include <cstring>
+#include <new>
 
 #include "hive/hive_header.h"
 #include "hive/reg_key.h"
-#include "sources/fileio.h"
 
 namespace ovrik {
 
@@ -13,6 +13,7 @@ namespace {
 
 constexpr uint64_t largest_hive_file = 0x2FFFFFFF;
 constexpr uint64_t header_search_bytes = 0x10000;
+constexpr uint64_t block_bytes = 0x4000;  // of one load
 
 struct telling_subkey {
   const char* subkey;
@@ -30,28 +31,47 @@ constexpr telling_subkey telling_subkeys[] = {
 
 reg_hive::reg_hive(const std::string& path, bool& ok) {
   ok = false;
-  uni::fileio file;
-  if (!file.open_read(path)) return;
-  const uint64_t size = file.length();
+  if (!m_file.open_read(path)) return;
+  const uint64_t size = m_file.length();
   if (size <= least_hive_bytes || size > largest_hive_file) return;
-
-  // A wrong file costs no more than this one short read.
-  std::vector<uint8_t> scratch(static_cast<size_t>(std::min(size, header_search_bytes)));
-  size_t read = scratch.size();
-  file.read_at(scratch.data(), read, 0);
-  if (!check_hive_header(byte_view(scratch), size, m_root_offset, m_name)) return;
-
-  if (!m_image.allocate(static_cast<size_t>(size))) return;
-  read = m_image.size();
-  file.read_at(m_image.data(), read, 0);  // what the medium does not give stays zero
-  ok = true;
+  m_image.reset(new (std::nothrow) uint8_t[static_cast<size_t>(size)]);
+  if (m_image == nullptr) return;
+  m_filesize = static_cast<uint32_t>(size);
+  m_loaded.resize((m_filesize + block_bytes - 1) / block_bytes);
+  ok = check_hive_header(bytes_at(0, header_search_bytes), size, m_root_offset, m_name);
+  if (ok) return;
+  m_image.reset();
+  m_filesize = 0;
 }
 
 std::optional<byte_view> reg_hive::cell_at(uint32_t pos) const {
+  constexpr uint64_t fixed_fields = 0x100;
   const int64_t place = static_cast<int32_t>(pos);
   if (place > size() || -place > int64_t{size()}) return std::nullopt;
-  if (place < 0) return byte_view();
-  return byte_view(m_image.data(), m_image.size()).from(static_cast<uint64_t>(place));
+  return bytes_at(pos, fixed_fields);
+}
+
+byte_view reg_hive::bytes_at(uint32_t pos, uint64_t length) const {
+  if (pos >= size()) return {};
+  length = std::min<uint64_t>(length, size() - pos);
+  load_blocks(pos, pos + length);
+  return {m_image.get() + pos, static_cast<size_t>(length)};
+}
+
+void reg_hive::load_blocks(uint64_t begin, uint64_t end) const {
+  const uint64_t end_block = (end + block_bytes - 1) / block_bytes;
+  for (uint64_t block = begin / block_bytes; block < end_block; ++block) {
+    if (m_loaded[block]) continue;
+    uint64_t behind = block + 1;  // missing blocks that lie side by side come in one read
+    while (behind < end_block && !m_loaded[behind]) ++behind;
+    const uint64_t from = block * block_bytes;
+    const size_t wanted =
+        static_cast<size_t>(std::min<uint64_t>(behind * block_bytes, size()) - from);
+    size_t read = wanted;
+    m_file.read_at(m_image.get() + from, read, from);
+    std::memset(m_image.get() + from + read, 0, wanted - read);
+    for (; block < behind; ++block) m_loaded[block] = true;
+  }
 }
 
 bool reg_hive::get_root(uint32_t& root_offset, std::string& name) const {

@@ -1,35 +1,45 @@
-// A registry hive held in memory and the addressing of its cells.
+// A registry hive and the addressing of its cells.
 //
 // The hive is read as stored: no transaction log is applied, nothing is repaired, and very few
 // header fields are trusted, so that a cut, dirty or odd hive gives what it still holds.
+//
+// The bytes of a hive have their place in memory from the start, but come from the file block by
+// block when they are first asked for: a run looks at a few hundred cells of a hive of many
+// megabytes. A block that cannot be read is zeros.
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "base/byte_view.h"
-#include "sources/memory_block.h"
+#include "sources/fileio.h"
 
 namespace ovrik {
 
 class reg_hive {
  public:
-  /// Reads the whole hive file at `path` (UTF-8). `ok` false: it does not open, has 4,496 bytes or
-  /// fewer or more than 0x2FFFFFFF, has no base block or no bin in its first 64 KiB, or there is
-  /// no memory for it; every operation on the hive then fails.
+  /// Opens the hive file at `path` (UTF-8). `ok` false: it does not open, has 4,496 bytes or fewer
+  /// or more than 0x2FFFFFFF, has no base block or no bin in its first 64 KiB, or there is no
+  /// memory for it; every operation on the hive then fails.
   reg_hive(const std::string& path, bool& ok);
 
-  bool usable() const { return m_image.data() != nullptr; }
+  bool usable() const { return m_image != nullptr; }
 
   /// Size of the hive in bytes.
-  uint32_t size() const { return static_cast<uint32_t>(m_image.size()); }
+  uint32_t size() const { return m_filesize; }
 
-  /// The bytes from the cell at the absolute position `pos` to the hive's end, the cell's size
-  /// field first. A negative position that is not further in front of the hive than the hive is
-  /// long has a cell of no bytes, and so has the position just behind the hive. Nothing: the
-  /// position is further away.
+  /// The start of the cell at the absolute position `pos`, its size field first, as far as the
+  /// fixed fields of any record reach. A negative position that is not further in front of the hive
+  /// than the hive is long has a cell of no bytes, and so has the position just behind the hive.
+  /// Nothing: the position is further away.
   std::optional<byte_view> cell_at(uint32_t pos) const;
+
+  /// The `length` bytes from the absolute position `pos` on, cut where the hive ends; none if the
+  /// position lies outside.
+  byte_view bytes_at(uint32_t pos, uint64_t length) const;
 
   /// Position of the root cell and the kind name of the hive: the name in the base block or, if
   /// that is empty, the one that the root's subkeys tell; it may stay empty. False: the hive is
@@ -37,7 +47,12 @@ class reg_hive {
   bool get_root(uint32_t& root_offset, std::string& name) const;
 
  private:
-  uni::memory_block m_image;
+  void load_blocks(uint64_t begin, uint64_t end) const;
+
+  uni::fileio m_file;
+  uint32_t m_filesize = 0;
+  std::unique_ptr<uint8_t[]> m_image;
+  mutable std::vector<bool> m_loaded;  ///< which blocks of the image have come
   uint32_t m_root_offset = 0;
   std::string m_name;
 };

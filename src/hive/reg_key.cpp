@@ -18,7 +18,7 @@ constexpr size_t subkey_count_at = 0x18;  // u32, volatile subkeys not included
 constexpr size_t subkey_list_at = 0x20;   // offset
 constexpr size_t security_at = 0x30;      // offset of an sk cell
 constexpr size_t name_length_at = 0x4C;   // u16, in bytes
-constexpr size_t name_at = 0x50;
+constexpr uint32_t name_at = 0x50;
 
 // Subkey lists ("lf", "lh", "li", "ri").
 constexpr size_t list_count_at = 0x06;  // u16
@@ -76,10 +76,11 @@ class subkey_walk {
 
   /// li: what is no key ends the list.
   bool walk_plain(uint32_t list_pos, uint32_t count) {
-    const auto entries = m_hive.cell_at(list_pos + list_entries_at);
-    if (!entries) return false;
+    const uint32_t entries_pos = list_pos + list_entries_at;
+    if (!m_hive.cell_at(entries_pos)) return false;
+    const byte_view entries = m_hive.bytes_at(entries_pos, uint64_t{plain_entry_bytes} * count);
     for (uint32_t i = 0; i < count; ++i) {
-      const uint32_t pos = entries->u32_at(plain_entry_bytes * i) + hive_base;
+      const uint32_t pos = entries.u32_at(plain_entry_bytes * i) + hive_base;
       if (!append_with_list(pos, 3101)) return true;
     }
     return true;
@@ -87,10 +88,11 @@ class subkey_walk {
 
   /// ri: what is no key ends its sublist, and the walk goes on with the next one.
   bool walk_index_root(uint32_t list_pos, uint32_t count) {
-    const auto entries = m_hive.cell_at(list_pos + list_entries_at);
-    if (!entries) return false;
+    const uint32_t entries_pos = list_pos + list_entries_at;
+    if (!m_hive.cell_at(entries_pos)) return false;
+    const byte_view entries = m_hive.bytes_at(entries_pos, uint64_t{plain_entry_bytes} * count);
     for (uint32_t i = 0; i < count; ++i) {
-      const uint32_t sublist_pos = entries->u32_at(plain_entry_bytes * i) + hive_base;
+      const uint32_t sublist_pos = entries.u32_at(plain_entry_bytes * i) + hive_base;
       const auto sublist = m_hive.cell_at(sublist_pos);
       if (!sublist) continue;
       const uint32_t sublist_count = sublist->u16_at(list_count_at);
@@ -113,10 +115,11 @@ class subkey_walk {
   }
 
   bool walk_plain_sublist(uint32_t list_pos, uint32_t count) {
-    const auto entries = m_hive.cell_at(list_pos + list_entries_at);
-    if (!entries) return false;
+    const uint32_t entries_pos = list_pos + list_entries_at;
+    if (!m_hive.cell_at(entries_pos)) return false;
+    const byte_view entries = m_hive.bytes_at(entries_pos, uint64_t{plain_entry_bytes} * count);
     for (uint32_t i = 0; i < count; ++i) {
-      const uint32_t offset = entries->u32_at(plain_entry_bytes * i);
+      const uint32_t offset = entries.u32_at(plain_entry_bytes * i);
       if (offset == 0 || !append_with_list(offset + hive_base, 2977)) return true;
     }
     return true;
@@ -145,7 +148,8 @@ class subkey_walk {
     const auto security = m_hive.cell_at(security_offset + hive_base);
     if (!security || !security->text_at(signature_at, "sk")) return false;
     if (m_keys.size() >= m_hive.size() / plain_entry_bytes) return false;
-    m_keys.push_back({pos, nk.u64_at(last_write_at), nk.clip(name_at, nk.u16_at(name_length_at))});
+    m_keys.push_back(
+        {pos, nk.u64_at(last_write_at), m_hive.bytes_at(pos + name_at, nk.u16_at(name_length_at))});
     return true;
   }
 

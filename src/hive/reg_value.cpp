@@ -51,16 +51,16 @@ void append(std::vector<uint8_t>& bytes, byte_view more) {
 /// slack. All slack together is no more than the hive, however often a list names a segment.
 void read_segments(const reg_hive& hive, byte_view list, uint32_t count, uint32_t wanted,
                    value_bytes& bytes) {
-  for (uint64_t i = 0; i < count; ++i) {
-    if (!list.has(content_at + 4 * i, 4)) return;
-    const auto segment = hive.cell_at(list.u32_at(content_at + 4 * i) + hive_base);
+  for (uint64_t i = 0; i < count && list.has(4 * i, 4); ++i) {
+    const uint32_t segment_pos = list.u32_at(4 * i) + hive_base;
+    const auto segment = hive.cell_at(segment_pos);
     if (!segment) continue;
     const uint32_t size = cell_size(*segment);
     const uint32_t capacity = size > segment_overhead ? size - segment_overhead : 0;
     const uint32_t taken = std::min(capacity, wanted);
-    append(bytes.data, segment->clip(content_at, taken));
+    append(bytes.data, hive.bytes_at(segment_pos + content_at, taken));
     wanted -= taken;
-    const byte_view rest = segment->clip(content_at + taken, capacity - taken);
+    const byte_view rest = hive.bytes_at(segment_pos + content_at + taken, capacity - taken);
     if (rest.size() <= hive.size() - std::min<size_t>(bytes.slack.size(), hive.size())) {
       append(bytes.slack, rest);
     }
@@ -91,16 +91,17 @@ bool enum_values(const reg_hive& hive, uint32_t nk_offset, const value_visitor& 
   const uint32_t count = nk->u32_at(value_count_at);
   const uint32_t list_offset = nk->u32_at(value_list_at);
   if (count == 0 || list_offset == 0) return false;
-  const auto list = hive.cell_at(list_offset + hive_base);
-  if (!list) return false;
-  for (uint64_t i = 0; i < count && list->has(content_at + 4 * i, 4); ++i) {
-    const uint32_t offset = list->u32_at(content_at + 4 * i);
+  const uint32_t list_pos = list_offset + hive_base;
+  if (!hive.cell_at(list_pos)) return false;
+  const byte_view list = hive.bytes_at(list_pos + content_at, uint64_t{4} * count);
+  for (uint64_t i = 0; i < count && list.has(4 * i, 4); ++i) {
+    const uint32_t offset = list.u32_at(4 * i);
     const auto vk = hive.cell_at(offset + hive_base);
     if (!vk || offset > hive.size()) continue;
     reg_value value;
     if (vk->text_at(signature_at, "vk")) {
       const bool resident = (vk->u32_at(data_size_at) & resident_bit) != 0;
-      value.vk = *vk;
+      value.vk = hive.bytes_at(offset + hive_base, name_at + uint64_t{vk->u16_at(name_length_at)});
       value.data_position = vk->u32_at(data_offset_at) + (resident ? 0 : hive_base);
     }
     if (!visit(value)) break;
@@ -138,11 +139,13 @@ bool read_value_data(const reg_hive& hive, const reg_value& value, value_bytes& 
   const uint32_t masked_size = cell_size(*cell) & size_mask;
   if (masked_size != 0 && position >= 1 && position + masked_size > hive.size()) return false;
   if (wanted >= data_limit) return true;
-  const auto segments = hive.cell_at(cell->u32_at(segment_list_at) + hive_base);
-  if (stored_size > largest_plain_data && data->text_at(0, "db") && segments) {
-    read_segments(hive, *segments, cell->u16_at(segment_count_at), wanted, bytes);
+  const uint32_t segments_pos = cell->u32_at(segment_list_at) + hive_base;
+  if (stored_size > largest_plain_data && data->text_at(0, "db") && hive.cell_at(segments_pos)) {
+    const uint32_t count = cell->u16_at(segment_count_at);
+    const byte_view segments = hive.bytes_at(segments_pos + content_at, uint64_t{4} * count);
+    read_segments(hive, segments, count, wanted, bytes);
   } else {
-    append(bytes.data, data->clip(0, wanted));
+    append(bytes.data, hive.bytes_at(value.data_position + content_at, wanted));
   }
   return true;
 }

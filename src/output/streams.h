@@ -2,9 +2,9 @@
 // costs no system call.
 #pragma once
 
+#include <memory>
 #include <ostream>
 #include <streambuf>
-#include <vector>
 
 #include "sources/fileio.h"
 
@@ -18,7 +18,9 @@ class streambuf_generic_output : public std::basic_streambuf<character> {
   using traits = typename std::basic_streambuf<character>::traits_type;
   using int_type = typename traits::int_type;
 
-  streambuf_generic_output() : m_buffer(buffer_size) { reset_put_area(); }
+  streambuf_generic_output() : m_buffer(std::make_unique_for_overwrite<character[]>(buffer_size)) {
+    reset_put_area();
+  }
 
  protected:
   /// Takes up to `length` bytes and returns how many, or -1 on failure.
@@ -51,9 +53,9 @@ class streambuf_generic_output : public std::basic_streambuf<character> {
  private:
   static constexpr size_t buffer_size = 0x40000;
 
-  void reset_put_area() { this->setp(m_buffer.data(), m_buffer.data() + m_buffer.size() - 1); }
+  void reset_put_area() { this->setp(m_buffer.get(), m_buffer.get() + buffer_size - 1); }
 
-  std::vector<character> m_buffer;
+  std::unique_ptr<character[]> m_buffer;
 };
 
 /// A stream buffer whose bytes go to the end of a file that it does not own.

@@ -3,8 +3,8 @@
 #pragma once
 
 #include <cstdint>
-#include <map>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace ovrik {
@@ -40,7 +40,7 @@ struct shim_cache_entry {
   int32_t order = -1;            ///< position in the most-recently-used list of layout 1
   uint32_t entry_number = 0;     ///< of the walk's step, from 0; invalid entries are counted too
   uint32_t entry_offset = 0;     ///< from the buffer's start, in bytes, where the step began
-  bool path_had_prefix = false;  ///< the sort key is not as long as `path_raw`
+  bool path_had_prefix = false;  ///< "\??\" stands in `path_raw`
   uint64_t path_offset = 0;      ///< layouts 2 to 7
   uint32_t flags1 = 0;
   uint32_t flags2 = 0;
@@ -50,8 +50,13 @@ struct shim_cache_entry {
   std::vector<uint8_t> raw_bytes;  ///< in raw mode, the bytes of the entry
 };
 
-/// The entries of one cache by their path in lower case and without its first "\??\", in byte
-/// order; equal keys in the order of the walk.
-using shim_cache_results = std::multimap<std::string, shim_cache_entry>;
+/// The entries of one cache, in the order of the walk.
+using shim_cache_results = std::vector<shim_cache_entry>;
+
+/// What a path of the system itself begins with.
+constexpr std::string_view native_prefix = "\\??\\";
+
+/// What entries are sorted by: the path in lower case and without its first "\??\".
+std::string path_key(const shim_cache_entry& entry);
 
 }  // namespace ovrik

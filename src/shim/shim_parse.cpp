@@ -1,6 +1,5 @@
 #include "shim/shim_parse.h"
 
-#include "base/text.h"
 #include "base/utf16.h"
 #include "shim/shim_walk.h"
 
@@ -11,8 +10,6 @@ namespace {
 /// Four times the largest cache that is read. Entries that point to one another's paths could
 /// otherwise make a small cache ask for any amount of memory.
 constexpr uint64_t most_path_bytes = 0x4000000;
-
-constexpr std::string_view native_prefix = "\\??\\";
 
 }  // namespace
 
@@ -30,12 +27,6 @@ bool shim_walk::read_path(shim_cache_entry& entry, byte_view text) {
   entry.path_raw = utf16_text(text);
   entry.path_had_prefix = entry.path_raw.find(native_prefix) != std::string::npos;
   return true;
-}
-
-void shim_walk::store(shim_cache_entry&& entry) {
-  std::string path_key = lower_ascii(entry.path_raw);
-  if (entry.path_had_prefix) path_key.erase(path_key.find(native_prefix), native_prefix.size());
-  m_results.emplace(std::move(path_key), std::move(entry));
 }
 
 bool parse_shim_cache(shim_cache_results& results, byte_view data, uint32_t slack_length,

@@ -1,7 +1,7 @@
 #include "shim/shim_rows.h"
 
 #include <algorithm>
-#include <array>
+#include <utility>
 #include <vector>
 
 #include "base/number_text.h"
@@ -18,24 +18,36 @@ constexpr std::string_view entry_rule = "---------------------------------------
 
 using entry_list = std::vector<const shim_cache_entry*>;
 
-/// True if the number of `left` stands before that of `right` among texts that are filled with
-/// zeros to five digits: "100000" comes before "99999".
-bool number_text_less(const shim_cache_entry* left, const shim_cache_entry* right) {
-  constexpr uint32_t most_with_five_digits = 99999;
-  if (std::max(left->entry_number, right->entry_number) <= most_with_five_digits) {
-    return left->entry_number < right->entry_number;
-  }
-  return decimal_text(left->entry_number, 5) < decimal_text(right->entry_number, 5);
+/// Puts a list into the order of keys; entries of one key stay in the order of the walk.
+template <typename key_maker>
+void sort_by_key(entry_list& entries, key_maker key_of) {
+  using keyed_entry = std::pair<std::string, const shim_cache_entry*>;
+  std::vector<keyed_entry> keyed;
+  keyed.reserve(entries.size());
+  for (const shim_cache_entry* entry : entries) keyed.emplace_back(key_of(*entry), entry);
+  std::stable_sort(
+      keyed.begin(), keyed.end(),
+      [](const keyed_entry& left, const keyed_entry& right) { return left.first < right.first; });
+  std::transform(keyed.begin(), keyed.end(), entries.begin(),
+                 [](const keyed_entry& entry) { return entry.second; });
 }
 
 /// The valid entries in the order in which their rows go out.
 entry_list entries_in_row_order(const shim_cache_results& results, bool by_name) {
+  constexpr uint32_t most_with_five_digits = 99999;
   entry_list entries;
   entries.reserve(results.size());
-  for (const auto& [key, entry] : results) {
+  for (const shim_cache_entry& entry : results) {
     if (entry.valid) entries.push_back(&entry);
   }
-  if (!by_name) std::stable_sort(entries.begin(), entries.end(), number_text_less);
+  if (by_name) {
+    sort_by_key(entries, path_key);
+  } else if (results.back().entry_number > most_with_five_digits) {
+    // As texts with zeros up to five digits, by which "100000" comes before "99999"; up to there
+    // the walk has the order.
+    sort_by_key(entries,
+                [](const shim_cache_entry& entry) { return decimal_text(entry.entry_number, 5); });
+  }
   return entries;
 }
 
@@ -92,8 +104,8 @@ void write_shim_rows(std::ostream& out, const shim_cache_results& results,
     out << settings.section_text << '\n';
     settings.section_text.clear();
   }
-  // The first entry rules the columns of the whole section.
-  const shim_layout layout = results.begin()->second.layout;
+  // All valid entries of one cache have one layout.
+  const shim_layout layout = results.front().layout;
   if (settings.emit_row_header && (settings.form_csv || !has_stream_header(settings))) {
     settings.columns = shim_columns(layout, settings);
     if (!settings.form_multiline) write_column_header(out, settings);
@@ -113,20 +125,15 @@ void write_shim_rows(std::ostream& out, const shim_cache_results& results,
 /// none.
 bool dump_shim_slack(std::ostream& out, const shim_cache_results& results, byte_view data) {
   if (!data.empty()) out << entry_rule << "\nHeader information\n\n";
-  entry_list entries;
-  for (const auto& [key, entry] : results) {
-    if (!entry.raw_bytes.empty()) entries.push_back(&entry);
-  }
-  std::stable_sort(entries.begin(), entries.end(),
-                   [](const shim_cache_entry* left, const shim_cache_entry* right) {
-                     return left->entry_offset < right->entry_offset;
-                   });
-  for (const shim_cache_entry* entry : entries) {
+  bool listed = false;
+  for (const shim_cache_entry& entry : results) {
+    if (entry.raw_bytes.empty()) continue;
     std::string number;
-    append_padded_right(number, decimal_text(entry->entry_number), 4);
+    append_padded_right(number, decimal_text(entry.entry_number), 4);
     out << entry_rule << "\nentry: " << number << "\n\n";
+    listed = true;
   }
-  return !entries.empty();
+  return listed;
 }
 
 }  // namespace

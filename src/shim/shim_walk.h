@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <utility>
 
 #include "base/byte_view.h"
 #include "shim/shim_cache.h"
@@ -40,8 +41,8 @@ class shim_walk {
   /// together longer than any real cache could hold, because they overlap; the walk has to end.
   bool read_path(shim_cache_entry& entry, byte_view text);
 
-  /// Adds the entry of the step to the results, under the key that its path gives.
-  void store(shim_cache_entry&& entry);
+  /// Adds the entry of the step to the results.
+  void store(shim_cache_entry&& entry) { m_results.push_back(std::move(entry)); }
 
  private:
   shim_cache_results& m_results;

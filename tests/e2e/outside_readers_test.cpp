@@ -56,8 +56,9 @@ TEST_F(outside_readers, mactime_takes_every_row_of_a_body_file) {
   EXPECT_EQ(run.err, "");
   size_t rows = 0;
   for (size_t at = body.find("\n0|"); at != std::string::npos; at = body.find("\n0|", at + 1)) {
-    // mactime replaces control characters, which names of store apps hold.
-    const std::string name = body.substr(at + 3, body.find_first_of("|\t", at + 3) - at - 3);
+    const std::string row = body.substr(at + 1, body.find('\n', at + 1) - at - 1);
+    if (row.ends_with("|0|0|0|0")) continue;  // mactime lists no row without a time
+    const std::string name = row.substr(2, row.find('|', 2) - 2);
     EXPECT_NE(run.out.find(name), std::string::npos) << name;
     ++rows;
   }

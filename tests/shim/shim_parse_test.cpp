@@ -31,10 +31,7 @@ cache_builder numbered(int layout, int count) {
 std::vector<shim_cache_entry> walk(const bytes& cache, bool raw = false, uint32_t slack = 0) {
   shim_cache_results results;
   parse_shim_cache(results, byte_view(cache), slack, raw);
-  std::vector<shim_cache_entry> rows;
-  for (const auto& [key, entry] : results) rows.push_back(entry);
-  std::ranges::sort(rows, {}, &shim_cache_entry::entry_number);
-  return rows;
+  return results;
 }
 
 /// Number of each row and first character of its path.
@@ -79,12 +76,11 @@ TEST(shim_parse, fields_of_every_layout) {
     shim_cache_results results;
     ASSERT_TRUE(parse_shim_cache(results, byte_view(block), 0, false));
     ASSERT_EQ(results.size(), 3U);
-    EXPECT_EQ(results.begin()->second.path_raw, "C:\\b.exe");  // equal keys stay in walk order
-    const shim_cache_entry& entry = results.rbegin()->second;
+    const shim_cache_entry& entry = results[1];
     EXPECT_TRUE(entry.valid && entry.path_had_prefix && entry.raw_bytes.empty());
     EXPECT_EQ(static_cast<int>(entry.layout), row.layout);
     EXPECT_EQ(entry.path_raw, "\\??\\C:\\\xC3\x84.EXE");
-    EXPECT_EQ(results.rbegin()->first, "c:\\\xC3\x84.exe");
+    EXPECT_EQ(path_key(entry), "c:\\\xC3\x84.exe");
     EXPECT_EQ(entry.order, row.layout == 1 ? 1 : -1);
     EXPECT_EQ((numbers{entry.entry_number, entry.entry_offset, entry.signature, entry.entry_tag}),
               (numbers{1, cache.entry_at(1), chain ? 0x73743031U : 0, chain ? wanted.tag : 0}));
@@ -168,7 +164,7 @@ TEST(shim_parse, recognises_by_the_first_bytes_and_the_first_entry) {
   const bytes magic = {0xEF, 0xBE, 0xAD, 0xDE};
   EXPECT_EQ(detected(magic), 1);
   shim_cache_results results;
-  results.emplace("old", shim_cache_entry());
+  results.push_back(shim_cache_entry());
   EXPECT_FALSE(parse_shim_cache(results, byte_view(magic), 0, false));
   EXPECT_TRUE(results.empty());
 }
@@ -186,7 +182,7 @@ TEST(shim_parse, xp_order_and_paths_at_their_limits) {
   const size_t second = cache.entry_at(1);
   shim_cache_results results;
   parse_shim_cache(results, byte_view(block), 0, false);
-  EXPECT_EQ(results.begin()->first, "ab\\??\\c");
+  EXPECT_EQ(path_key(results.front()), "ab\\??\\c");
   put_u32(block, second, 0x01020100);
   put_u32(block, second + 4, static_cast<uint32_t>(block.size()));
   EXPECT_EQ(walk(block).at(1).path_raw, "");  // at the buffer's end, and kept

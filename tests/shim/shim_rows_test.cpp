@@ -93,14 +93,14 @@ TEST(shim_rows, columns_that_options_add) {
 TEST(shim_rows, order_is_by_number_text_or_by_name) {
   shim_cache_results results;
   const std::pair<const char*, uint32_t> entries[] = {
-      {"c", 99999}, {"a", 100000}, {"b", 8}, {"invalid", 2}, {"b", 7}};
+      {"invalid", 2}, {"b", 7}, {"b", 8}, {"c", 99999}, {"a", 100000}};
   for (const auto& [path, number] : entries) {
     shim_cache_entry entry;
     entry.layout = shim_layout::win10;
     entry.path_raw = path;
     entry.entry_number = number;
     entry.valid = number != 2;
-    results.emplace(path, entry);
+    results.push_back(entry);
   }
   for (const bool by_name : {false, true}) {
     shim_settings settings = tight();
@@ -109,7 +109,7 @@ TEST(shim_rows, order_is_by_number_text_or_by_name) {
     settings.columns = shim_columns(shim_layout::win10, settings);
     std::ostringstream out;
     ASSERT_TRUE(output_shim_cache(out, results, settings, byte_view()));
-    EXPECT_EQ(out.str(), by_name ? ",,100000,a\n,,8,b\n,,7,b\n,,99999,c\n"
+    EXPECT_EQ(out.str(), by_name ? ",,100000,a\n,,7,b\n,,8,b\n,,99999,c\n"
                                  : ",,7,b\n,,8,b\n,,100000,a\n,,99999,c\n");
   }
 }
