@@ -1,19 +1,44 @@
 #include "driver/hive_road.h"
 
+#include <memory>
+#include <utility>
 #include <vector>
 
 #include "driver/console.h"
 #include "driver/hive_source.h"
 #include "driver/registry_commands.h"
+#include "driver/volume_source.h"
+#include "sources/raw_disk_io.h"
 
 namespace ovrik {
 
+namespace {
+
+/// A hive to read and where in its container it lies.
+struct opened_source {
+  std::unique_ptr<reg_hive> hive;
+  std::string inner_path;
+};
+
+opened_source open_source(cmdline_options& options) {
+  if (!options.image_mode) {
+    return {open_hive_source(options.source_path), options.source_path};
+  }
+  auto disk = open_image(options.source_path);
+  if (disk == nullptr) return {nullptr, default_hive_path};
+  return {open_volume_hive(std::move(disk), options.volume_offset, default_hive_path, options),
+          default_hive_path};
+}
+
+}  // namespace
+
 int32_t run_hive_road(cmdline_options& options, std::ostream& out) {
   if (options.source_path.empty()) return -1;
+  const auto [hive, inner_path] = open_source(options);
   std::string kind_name;
-  const auto hive = open_hive_source(options.source_path, kind_name);
-  if (hive == nullptr) {
-    print_problem("Problem opening %s\n", options.source_path.c_str());
+  uint32_t root_offset = 0;
+  if (hive == nullptr || !hive->get_root(root_offset, kind_name)) {
+    print_problem("Problem opening %s\n", inner_path.c_str());
     return -1;
   }
   if (!is_system_hive(kind_name)) return -1;

@@ -5,12 +5,11 @@
 
 namespace ovrik {
 
-std::unique_ptr<reg_hive> open_hive_source(const std::string& path, std::string& kind_name) {
+std::unique_ptr<reg_hive> open_hive_source(const std::string& path) {
   const wow64_redirect_adt guard;
   bool ok = false;
   auto hive = std::make_unique<reg_hive>(path, ok);
-  uint32_t root_offset = 0;
-  if (!ok || !hive->get_root(root_offset, kind_name)) return nullptr;
+  if (!ok) return nullptr;
   return hive;
 }
 

@@ -8,8 +8,8 @@
 
 namespace ovrik {
 
-/// Opens the hive file at `path` and tells its kind name. Nothing: it does not open or is no hive.
-std::unique_ptr<reg_hive> open_hive_source(const std::string& path, std::string& kind_name);
+/// Opens the hive file at `path`. Nothing: it does not open or is no hive.
+std::unique_ptr<reg_hive> open_hive_source(const std::string& path);
 
 /// True if the kind name is that of a SYSTEM hive.
 bool is_system_hive(const std::string& kind_name);

@@ -1,35 +1,91 @@
 #include "driver/tool_options.h"
 
 #include <cstdio>
+#include <sstream>
 
 #include "base/number_text.h"
 #include "driver/common_options.h"
+#include "driver/live_system.h"
 #include "driver/path_variables.h"
+#include "sources/host_path.h"
+#include "sources/ntfs_offset.h"
+#include "sources/raw_disk_io.h"
 
 namespace ovrik {
 
 namespace {
 
+/// Takes the value of a source option. False: the run must stop.
+using source_effect = bool (*)(cmdline_options& options, const std::string& value,
+                               argument_list& args);
+
 /// Where a run takes its hive from. The first one that is present is the source.
 struct source_option {
   const char* name;
-  bool cmdline_options::*mode;
-  bool expand;  ///< variables in the value are replaced
+  bool has_value;
+  source_effect effect;
 };
+
+bool refuse_live_system(cmdline_options& /*options*/, const std::string& /*value*/,
+                        argument_list& /*args*/) {
+  return check_live_system();
+}
+
+bool take_extract(cmdline_options& options, const std::string& value, argument_list& /*args*/) {
+  options.source_path = value;
+  return options.extract_mode = true;
+}
+
+bool take_hive(cmdline_options& options, const std::string& value, argument_list& /*args*/) {
+  options.source_path = expand_path_variables(value);
+  return options.hive_mode = true;
+}
+
+/// An image must have an NTFS volume at the offset asked for or, if none was, at its start.
+bool take_image(cmdline_options& options, const std::string& value, argument_list& args) {
+  options.image_mode = true;
+  options.source_path = make_absolute_path(value);
+  if (options.source_path.empty()) {
+    std::fprintf(stderr, "prob understanding destination of %s aborting\n,", value.c_str());
+    return false;
+  }
+  const bool offset_given = options.volume_offset != 0;
+  const bool ignore_size = offset_given && take_flag("-ignore_image_size", args);
+  const auto disk = open_image(options.source_path);
+  if (disk == nullptr) {
+    std::fprintf(stderr, "invalid image: %s\n\n", options.source_path.c_str());
+    return false;
+  }
+  std::ostringstream text;
+  bool found = false;
+  if (pick_ntfs_offset(text, found, options.volume_offset, *disk, ignore_size)) return true;
+  if (!offset_given && found && options.volume_offset == 0) return true;
+  std::fprintf(stderr, "%s\n", text.str().c_str());
+  return false;
+}
+
+bool refuse(cmdline_options& /*options*/, const std::string& /*value*/, argument_list& /*args*/) {
+  std::fputs("This option is not offered in this build\n", stderr);
+  return false;
+}
 
 constexpr source_option source_options[] = {
-    {"-extract", &cmdline_options::extract_mode, false},
-    {"-hive", &cmdline_options::hive_mode, true},
+    {"-livesys", false, refuse_live_system},
+    {"-extract", true, take_extract},
+    {"-hive", true, take_hive},
+    {"-vss", true, refuse},
+    {"-image", true, take_image},
+    {"-vmdk", true, refuse},
 };
 
-void take_source(cmdline_options& options, argument_list& args) {
+bool take_source(cmdline_options& options, argument_list& args) {
   for (const source_option& source : source_options) {
     std::string value;
-    if (!take_option(source.name, value, args)) continue;
-    options.*source.mode = true;
-    options.source_path = source.expand ? expand_path_variables(value) : value;
-    return;
+    const bool present =
+        source.has_value ? take_option(source.name, value, args) : take_flag(source.name, args);
+    if (present) return source.effect(options, value, args);
   }
+  return true;
 }
 
 }  // namespace
@@ -44,8 +100,9 @@ bool parse_tool_options(cmdline_options& options, argument_list& args) {
     options.binary_mode = true;
     options.source_path = value;
   }
+  if (take_option("-memfile", value, args)) return refuse(options, value, args);
   options.pipe_binary_mode = take_flag("-pipe_binary", args);
-  if (!options.pipe_binary_mode) take_source(options, args);
+  if (!options.pipe_binary_mode && !take_source(options, args)) return false;
   options.raw_mode = options.extract_mode;
   options.inc_slack = take_flag("-inc_slack", args);
   options.sort_by_name = take_flag("-sort_by_name", args);

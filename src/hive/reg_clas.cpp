@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <new>
+#include <utility>
 
 #include "hive/hive_header.h"
 #include "hive/reg_key.h"
@@ -38,10 +39,21 @@ reg_hive::reg_hive(const std::string& path, bool& ok) {
   if (m_image == nullptr) return;
   m_filesize = static_cast<uint32_t>(size);
   m_loaded.resize((m_filesize + block_bytes - 1) / block_bytes);
-  ok = check_hive_header(bytes_at(0, header_search_bytes), size, m_root_offset, m_name);
-  if (ok) return;
-  m_image.reset();
-  m_filesize = 0;
+  ok = check(bytes_at(0, header_search_bytes));
+}
+
+reg_hive::reg_hive(uni::memory_block&& bytes, bool& ok) : m_whole(std::move(bytes)) {
+  constexpr size_t largest_hive = 0x7FFFFFFF;  // sizes are signed 32-bit numbers
+  ok = false;
+  if (m_whole.size() > largest_hive) return;
+  m_filesize = static_cast<uint32_t>(m_whole.size());
+  ok = check(bytes_at(0, m_filesize));
+}
+
+bool reg_hive::check(byte_view searched) {
+  m_usable = check_hive_header(searched, m_filesize, m_root_offset, m_name);
+  if (!m_usable) m_filesize = 0;
+  return m_usable;
 }
 
 std::optional<byte_view> reg_hive::cell_at(uint32_t pos) const {
@@ -54,6 +66,7 @@ std::optional<byte_view> reg_hive::cell_at(uint32_t pos) const {
 byte_view reg_hive::bytes_at(uint32_t pos, uint64_t length) const {
   if (pos >= size()) return {};
   length = std::min<uint64_t>(length, size() - pos);
+  if (m_image == nullptr) return byte_view(m_whole.data(), m_whole.size()).clip(pos, length);
   load_blocks(pos, pos + length);
   return {m_image.get() + pos, static_cast<size_t>(length)};
 }

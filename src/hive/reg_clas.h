@@ -16,6 +16,7 @@
 
 #include "base/byte_view.h"
 #include "sources/fileio.h"
+#include "sources/memory_block.h"
 
 namespace ovrik {
 
@@ -26,7 +27,11 @@ class reg_hive {
   /// memory for it; every operation on the hive then fails.
   reg_hive(const std::string& path, bool& ok);
 
-  bool usable() const { return m_image != nullptr; }
+  /// Takes the bytes of a whole hive, of any size up to 2 GiB - 1; its first bin may then stand
+  /// anywhere. `ok` false: fewer than 4,496 bytes, no base block or no bin.
+  reg_hive(uni::memory_block&& bytes, bool& ok);
+
+  bool usable() const { return m_usable; }
 
   /// Size of the hive in bytes.
   uint32_t size() const { return m_filesize; }
@@ -47,11 +52,15 @@ class reg_hive {
   bool get_root(uint32_t& root_offset, std::string& name) const;
 
  private:
+  /// Checks the base block; `searched` is where the first bin may stand.
+  bool check(byte_view searched);
   void load_blocks(uint64_t begin, uint64_t end) const;
 
   uni::fileio m_file;
   uint32_t m_filesize = 0;
-  std::unique_ptr<uint8_t[]> m_image;
+  std::unique_ptr<uint8_t[]> m_image;  ///< of a hive file
+  uni::memory_block m_whole;           ///< of a hive that came as bytes
+  bool m_usable = false;
   mutable std::vector<bool> m_loaded;  ///< which blocks of the image have come
   uint32_t m_root_offset = 0;
   std::string m_name;

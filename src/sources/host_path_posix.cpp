@@ -1,3 +1,7 @@
+#include <filesystem>
+#include <system_error>
+
+#include "base/text.h"
 #include "sources/host_path.h"
 
 namespace ovrik {
@@ -12,6 +16,16 @@ std::string without_trailing_separators(std::string_view path) {
 
 std::string last_component(std::string_view path) {
   return std::string(path.substr(path.rfind('/') + 1));
+}
+
+std::string make_absolute_path(std::string_view text) {
+  std::string path = trim(text);
+  remove_all(path, '"');
+  path = trim(path);
+  if (path.empty() || path.front() == '/') return path;
+  std::error_code error;
+  const std::filesystem::path folder = std::filesystem::current_path(error);
+  return error ? path : (folder / path).string();
 }
 
 std::string with_host_separators(std::string path) { return path; }

@@ -1,0 +1,27 @@
+#include "driver/volume_source.h"
+
+#include <utility>
+
+#include "sources/ntfs_file.h"
+#include "sources/ntfs_path.h"
+#include "sources/ntfs_volume.h"
+
+namespace ovrik {
+
+std::unique_ptr<reg_hive> open_volume_hive(std::unique_ptr<RAW_DISK_IO> disk,
+                                           uint64_t volume_offset, const std::string& inner_path,
+                                           diagnostics_log& log) {
+  ntfs_volume volume(std::move(disk), volume_offset);
+  uint64_t inode = 0;
+  uni::memory_block bytes;
+  if (!volume.mount() || !lookup_path(volume, inner_path, inode, log) ||
+      !read_file_by_inode(volume, inode, bytes, log)) {
+    return nullptr;
+  }
+  bool ok = false;
+  auto hive = std::make_unique<reg_hive>(std::move(bytes), ok);
+  if (!ok) return nullptr;
+  return hive;
+}
+
+}  // namespace ovrik
