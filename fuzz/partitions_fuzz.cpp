@@ -1,0 +1,23 @@
+// Fuzz entry of the partition walk: the input is a disk, asked for its partitions and for a volume.
+
+#include <sstream>
+
+#include "../tests/support/memory_disk.h"
+#include "sources/ntfs_offset.h"
+#include "sources/partitions.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  if (size > 0x20000) return 0;
+  test_support::memory_disk disk(std::vector<uint8_t>(data, data + size));
+  ovrik::partition_list list;
+  for (const bool guess : {false, true}) {
+    find_partitions(disk, list, guess);
+    for (const ovrik::partition_info& partition : list) ovrik::partition_type_name(partition.type);
+  }
+  for (uint64_t offset : {uint64_t{0}, uint64_t{512}, list.empty() ? 0 : list[0].byte_offset()}) {
+    std::ostringstream text;
+    bool found = false;
+    pick_ntfs_offset(text, found, offset, disk, offset == 512);
+  }
+  return 0;
+}
