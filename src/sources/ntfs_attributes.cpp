@@ -39,6 +39,7 @@ void visit_foreign_attributes(ntfs_volume& volume, byte_view record, uint64_t en
   ntfs_record_bytes bytes;
   for (const attribute_list_entry& listed : attribute_list_entries(byte_view(list))) {
     if (listed.entry == entry) continue;
+    if (!volume.follow_reference()) return;
     if (log != nullptr) {
       diag_printf(*log, "->primary entry %llu pointing to ref entry %llu",
                   static_cast<unsigned long long>(entry),

@@ -22,7 +22,7 @@ constexpr size_t update_sequence_count_at = 6;
 
 constexpr uint32_t default_record_bytes = 1024;
 constexpr uint32_t largest_record_bytes = 0x4000;
-constexpr uint32_t largest_cluster_bytes = 0x4000000;
+constexpr uint32_t largest_cluster_bytes = 0x200000;
 constexpr uint32_t records_ahead = 64;
 
 /// The product of two numbers, 0 if it does not fit 64 bits.
@@ -78,6 +78,8 @@ bool ntfs_volume::read_first_record() {
   if (!is_file_record(byte_view(record))) return false;
   m_record_size = byte_view(record).u32_at(allocated_record_bytes_at);
   if (!is_record_size(m_record_size)) return false;
+
+  m_references_left = 4 * (m_disk->size() / m_record_size);
 
   // The pieces in the record itself come first: they lead to the records that hold the others.
   const auto take_piece = [this](byte_view /*holder*/, const ntfs_attribute& attribute) {
@@ -146,6 +148,12 @@ bool ntfs_volume::read_mft_bytes(uint64_t position, uint8_t* buffer, uint64_t si
     size -= piece;
   }
   return false;
+}
+
+bool ntfs_volume::follow_reference() {
+  if (m_references_left == 0) return false;
+  --m_references_left;
+  return true;
 }
 
 uint64_t ntfs_volume::read_clusters(uint64_t lcn, uint8_t* buffer, uint64_t size) {

@@ -37,6 +37,10 @@ class ntfs_volume {
     return apply_fixups(block, m_bytes_per_sector);
   }
 
+  /// Counts a step from a record to another that it names. False: there were more of them than four
+  /// for each record that the disk can hold, so that the lists must name the same over and over.
+  bool follow_reference();
+
   /// Reads clusters that lie side by side: as many whole clusters from `lcn` on as `size` bytes
   /// hold. Returns how many bytes came from the start on, in whole clusters, before the first
   /// cluster that cannot be read.
@@ -65,6 +69,7 @@ class ntfs_volume {
   uint32_t m_record_size = 0;   ///< of every other record, as record 0 tells
   cluster_extents m_mft_extents;
   read_ahead m_ahead;
+  uint64_t m_references_left = 0;
 };
 
 }  // namespace ovrik
