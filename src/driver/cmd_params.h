@@ -14,11 +14,9 @@ namespace ovrik {
 /// Options that a family of tools has in common.
 struct cmd_params : shim_settings, diagnostics_log {
   std::string command_line;  ///< all arguments, joined
-  std::string version_text;
   std::string out_path;
   std::string date_format = "yyyy-mm-dd";
   std::string time_format_text = "hh:mm:ss.xxx";
-  bool user_given = false;
   bool out_file_given = false;
   bool show_progress = true;
   bool profile = false;
@@ -38,7 +36,6 @@ struct cmd_params : shim_settings, diagnostics_log {
 /// Options of the registry command layer.
 struct registry_cmd_parameters : cmd_params {
   bool multi_source = false;  ///< many hives in one run: headings name the hive
-  bool append_hivepath = true;
   bool all_controlsets = false;
 };
 

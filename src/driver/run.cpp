@@ -17,8 +17,6 @@ namespace ovrik {
 
 namespace {
 
-constexpr const char* version_text = "ver: 0.53";
-
 /// What the end of the run needs to know of the options.
 void prepare_end(cmdline_ctx& context, const cmdline_options& options) {
   context.clear_line_at_end = options.show_progress;
@@ -50,7 +48,6 @@ int32_t run(argument_list args) {
   }
 
   cmdline_options options;
-  options.version_text = version_text;
   results_stream standard_output;
   if (!parse_tool_options(options, args)) {
     standard_output.out() << header_text << '\n';

@@ -9,7 +9,7 @@ namespace ovrik {
 namespace {
 
 constexpr const char* title =
-    "ovrik: programs remembered by the Shim Cache of a Windows machine\n"
+    "ovrik, ver: 0.53: programs remembered by the Shim Cache of a Windows machine\n"
     "reads SYSTEM hives, raw cache values, disk images and lists of them; changes none\n";
 
 constexpr const char* title_rule =
