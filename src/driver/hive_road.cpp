@@ -35,13 +35,11 @@ opened_source open_source(cmdline_options& options) {
 int32_t run_hive_road(cmdline_options& options, std::ostream& out) {
   if (options.source_path.empty()) return -1;
   const auto [hive, inner_path] = open_source(options);
-  std::string kind_name;
-  uint32_t root_offset = 0;
-  if (hive == nullptr || !hive->get_root(root_offset, kind_name)) {
+  if (hive == nullptr) {
     print_problem("Problem opening %s\n", inner_path.c_str());
     return -1;
   }
-  if (!is_system_hive(kind_name)) return -1;
+  if (!is_system_hive(*hive)) return -1;
   options.hive_location = options.source_path;
   std::vector<registry_command> commands = build_shim_commands_current(options.source_path);
   if (options.all_controlsets && !build_shim_commands_all(commands, *hive, options.source_path)) {

@@ -13,8 +13,11 @@ std::unique_ptr<reg_hive> open_hive_source(const std::string& path) {
   return hive;
 }
 
-bool is_system_hive(const std::string& kind_name) {
-  return lower_ascii(kind_name).find("system") != std::string::npos;
+bool is_system_hive(const reg_hive& hive) {
+  uint32_t root_offset = 0;
+  std::string kind_name;
+  return hive.get_root(root_offset, kind_name) &&
+         lower_ascii(kind_name).find("system") != std::string::npos;
 }
 
 }  // namespace ovrik

@@ -11,7 +11,7 @@ namespace ovrik {
 /// Opens the hive file at `path`. Nothing: it does not open or is no hive.
 std::unique_ptr<reg_hive> open_hive_source(const std::string& path);
 
-/// True if the kind name is that of a SYSTEM hive.
-bool is_system_hive(const std::string& kind_name);
+/// True if the kind name of the hive is that of a SYSTEM hive.
+bool is_system_hive(const reg_hive& hive);
 
 }  // namespace ovrik

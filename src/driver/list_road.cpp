@@ -33,11 +33,7 @@ bool opens(const std::string& path) {
 bool process_hive(cmdline_options& options, std::ostream& out) {
   const std::string& path = options.source_path;
   const auto hive = open_hive_source(path);
-  std::string kind_name;
-  uint32_t root_offset = 0;
-  if (hive == nullptr || !hive->get_root(root_offset, kind_name) || !is_system_hive(kind_name)) {
-    return true;
-  }
+  if (hive == nullptr || !is_system_hive(*hive)) return true;
   std::vector<registry_command> commands = build_shim_commands_current(path);
   if (options.all_controlsets && !build_shim_commands_all(commands, *hive, path)) {
     print_problem("probs parsing from %s\n", path.c_str());
