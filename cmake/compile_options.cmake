@@ -24,7 +24,10 @@ endif()
 
 if(WIN32)
   target_compile_definitions(ovrik_options INTERFACE
-    UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN)
+    UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN _WIN32_WINNT=0x0601)
+  # Formats are those of the C standard, for which MinGW has functions of its own; the compiler
+  # compares them with the system's. The POSIX builds have these warnings.
+  target_compile_options(ovrik_options INTERFACE -Wno-format -Wno-format-nonliteral)
 else()
   # Disk images are larger than a 32-bit host's plain off_t.
   target_compile_definitions(ovrik_options INTERFACE _FILE_OFFSET_BITS=64)

@@ -10,7 +10,7 @@ void diag_printf(diagnostics_log& log, const char* format, ...) {
   if (!log.diag_on) return;
   va_list arguments;
   va_start(arguments, format);
-  log.diag_stream << format_text(format, arguments) << '\n';
+  *log.diag_stream << format_text(format, arguments) << '\n';
   va_end(arguments);
 }
 

@@ -2,7 +2,8 @@
 #pragma once
 
 #include <cstdint>
-#include <fstream>
+#include <memory>
+#include <ostream>
 #include <string>
 
 namespace ovrik {
@@ -12,7 +13,7 @@ namespace ovrik {
 struct diagnostics_log {
   bool diag_on = false;
   uint32_t diag_level = 0;
-  std::ofstream diag_stream;
+  std::unique_ptr<std::ostream> diag_stream;  ///< there while `diag_on`
   std::string diag_path;
 };
 

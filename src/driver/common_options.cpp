@@ -4,6 +4,8 @@
 #include "driver/common_options.h"
 
 #include <cstdio>
+#include <memory>
+#include <utility>
 
 #include "base/number_text.h"
 #include "base/text.h"
@@ -12,6 +14,7 @@
 #include "driver/hive_aliases.h"
 #include "driver/path_variables.h"
 #include "driver/results_file.h"
+#include "output/streams.h"
 #include "sources/host_path.h"
 
 namespace ovrik {
@@ -57,11 +60,12 @@ bool refuse(cmd_params& /*options*/, const std::string& /*value*/, argument_list
 
 bool open_diagnostics(cmd_params& options, const std::string& value, argument_list& args) {
   if (!is_free_of_evidence(value, args)) return false;
-  options.diag_stream.open(value, std::ios::out | std::ios::trunc);
-  if (!options.diag_stream.is_open()) return true;
+  auto stream = std::make_unique<uni::file_output>(value);
+  if (!stream->is_open()) return true;
   options.diag_on = true;
   options.diag_path = value;
-  options.diag_stream << "->" << options.command_line << '\n';
+  options.diag_stream = std::move(stream);
+  *options.diag_stream << "->" << options.command_line << '\n';
   return true;
 }
 

@@ -11,6 +11,10 @@ class wow64_redirect_adt {
   virtual ~wow64_redirect_adt();
   wow64_redirect_adt(const wow64_redirect_adt&) = delete;
   wow64_redirect_adt& operator=(const wow64_redirect_adt&) = delete;
+
+ private:
+  void* m_state = nullptr;  ///< what the redirection was, as the host keeps it
+  bool m_disabled = false;
 };
 
 }  // namespace ovrik

@@ -14,7 +14,7 @@ namespace {
 
 constexpr uint64_t largest_hive_file = 0x2FFFFFFF;
 constexpr uint64_t header_search_bytes = 0x10000;
-constexpr uint64_t block_bytes = 0x4000;  // of one load
+constexpr size_t block_bytes = 0x4000;  // of one load
 
 struct telling_subkey {
   const char* subkey;
@@ -67,19 +67,18 @@ byte_view reg_hive::bytes_at(uint32_t pos, uint64_t length) const {
   if (pos >= size()) return {};
   length = std::min<uint64_t>(length, size() - pos);
   if (m_image == nullptr) return byte_view(m_whole.data(), m_whole.size()).clip(pos, length);
-  load_blocks(pos, pos + length);
+  load_blocks(pos, pos + static_cast<size_t>(length));
   return {m_image.get() + pos, static_cast<size_t>(length)};
 }
 
-void reg_hive::load_blocks(uint64_t begin, uint64_t end) const {
-  const uint64_t end_block = (end + block_bytes - 1) / block_bytes;
-  for (uint64_t block = begin / block_bytes; block < end_block; ++block) {
+void reg_hive::load_blocks(size_t begin, size_t end) const {
+  const size_t end_block = (end + block_bytes - 1) / block_bytes;
+  for (size_t block = begin / block_bytes; block < end_block; ++block) {
     if (m_loaded[block]) continue;
-    uint64_t behind = block + 1;  // missing blocks that lie side by side come in one read
+    size_t behind = block + 1;  // missing blocks that lie side by side come in one read
     while (behind < end_block && !m_loaded[behind]) ++behind;
-    const uint64_t from = block * block_bytes;
-    const size_t wanted =
-        static_cast<size_t>(std::min<uint64_t>(behind * block_bytes, size()) - from);
+    const size_t from = block * block_bytes;
+    const size_t wanted = std::min<size_t>(behind * block_bytes, size()) - from;
     size_t read = wanted;
     m_file.read_at(m_image.get() + from, read, from);
     std::memset(m_image.get() + from + read, 0, wanted - read);

@@ -54,7 +54,7 @@ class reg_hive {
  private:
   /// Checks the base block; `searched` is where the first bin may stand.
   bool check(byte_view searched);
-  void load_blocks(uint64_t begin, uint64_t end) const;
+  void load_blocks(size_t begin, size_t end) const;
 
   uni::fileio m_file;
   uint32_t m_filesize = 0;

@@ -5,6 +5,7 @@
 #include <memory>
 #include <ostream>
 #include <streambuf>
+#include <string>
 
 #include "sources/fileio.h"
 
@@ -80,6 +81,23 @@ class fileio_output : public std::ostream {
  private:
   bool m_attached;
   fileio_ostream m_buffer;
+};
+
+/// What must exist before the stream on it does.
+class owned_file {
+ protected:
+  explicit owned_file(const std::string& path) { m_file.open_write(path); }
+
+  fileio m_file;
+};
+
+/// An output stream on a file of its own, which is made or truncated.
+class file_output : owned_file, public fileio_output {
+ public:
+  explicit file_output(const std::string& path) : owned_file(path), fileio_output(m_file) {}
+
+  /// False: the file could not be made.
+  bool is_open() const { return m_file.is_open(); }
 };
 
 }  // namespace uni

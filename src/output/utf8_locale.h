@@ -13,6 +13,11 @@ class utf8_locale {
   virtual ~utf8_locale();
   utf8_locale(const utf8_locale&) = delete;
   utf8_locale& operator=(const utf8_locale&) = delete;
+
+ private:
+  // What was found; 0 without a console.
+  uint32_t m_output_code_page = 0;
+  uint32_t m_input_code_page = 0;
 };
 
 }  // namespace uni

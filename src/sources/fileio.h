@@ -35,7 +35,7 @@ class fileio {
   /// Makes this object the standard output of the process, which is never closed.
   void attach_standard_output();
 
-  bool is_open() const { return m_fd >= 0; }
+  bool is_open() const { return m_file != no_file; }
 
   /// Size of the file in bytes; 0 if it has none (a pipe) or the object is closed.
   uint64_t length() const;
@@ -52,9 +52,9 @@ class fileio {
   bool close();
 
  private:
-  bool open_descriptor(const std::string& path, int flags);
+  static constexpr intptr_t no_file = -1;
 
-  int m_fd = -1;
+  intptr_t m_file = no_file;  ///< the host's descriptor or handle
   bool m_owned = false;
 };
 

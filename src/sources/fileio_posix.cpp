@@ -27,23 +27,27 @@ int open_file(const std::string& path, int flags) {
   return retried([&] { return ::open(path.c_str(), flags | O_CLOEXEC | O_NOCTTY, new_file_mode); });
 }
 
+/// Opens a file that is no folder; -1 if that fails.
+int open_descriptor(const std::string& path, int flags) {
+  const std::string name = ovrik::without_trailing_separators(path);
+  if (name.empty()) return -1;
+  int file = open_file(name, flags);
+  if (file < 0 && errno == EPERM && (flags & O_NOATIME) != 0) {
+    file = open_file(name, flags & ~O_NOATIME);  // only the owner may keep the access time
+  }
+  struct stat status {};
+  if (file >= 0 && (fstat(file, &status) != 0 || S_ISDIR(status.st_mode))) {
+    ::close(file);
+    return -1;
+  }
+  return file;
+}
+
+int descriptor_of(intptr_t file) { return static_cast<int>(file); }
+
 }  // namespace
 
 fileio::~fileio() { close(); }
-
-bool fileio::open_descriptor(const std::string& path, int flags) {
-  close();
-  const std::string name = ovrik::without_trailing_separators(path);
-  if (name.empty()) return false;
-  m_fd = open_file(name, flags);
-  if (m_fd < 0 && errno == EPERM && (flags & O_NOATIME) != 0) {
-    m_fd = open_file(name, flags & ~O_NOATIME);  // only the owner may keep the access time
-  }
-  m_owned = true;
-  struct stat status {};
-  if (m_fd >= 0 && (fstat(m_fd, &status) != 0 || S_ISDIR(status.st_mode))) close();
-  return is_open();
-}
 
 bool fileio::open_read(const std::string& path) {
   // The mere opening of a device can do something; evidence is a plain file or a whole disk.
@@ -53,24 +57,34 @@ bool fileio::open_read(const std::string& path) {
   if (stat(name.c_str(), &status) != 0 || !(S_ISREG(status.st_mode) || S_ISBLK(status.st_mode))) {
     return false;
   }
-  return open_descriptor(path, O_RDONLY | O_NONBLOCK | O_NOATIME);
+  m_file = open_descriptor(path, O_RDONLY | O_NONBLOCK | O_NOATIME);
+  m_owned = true;
+  return is_open();
 }
 
 bool fileio::open_write(const std::string& path) {
-  return open_descriptor(path, O_WRONLY | O_CREAT | O_TRUNC);
+  close();
+  m_file = open_descriptor(path, O_WRONLY | O_CREAT | O_TRUNC);
+  m_owned = true;
+  return is_open();
 }
 
-bool fileio::open_append(const std::string& path) { return open_descriptor(path, O_WRONLY); }
+bool fileio::open_append(const std::string& path) {
+  close();
+  m_file = open_descriptor(path, O_WRONLY);
+  m_owned = true;
+  return is_open();
+}
 
 void fileio::attach_standard_output() {
   close();
-  m_fd = STDOUT_FILENO;
+  m_file = STDOUT_FILENO;
   m_owned = false;
 }
 
 uint64_t fileio::length() const {
   if (!is_open()) return 0;
-  const off_t end = lseek(m_fd, 0, SEEK_END);
+  const off_t end = lseek(descriptor_of(m_file), 0, SEEK_END);
   return end > 0 ? static_cast<uint64_t>(end) : 0;
 }
 
@@ -82,7 +96,7 @@ bool fileio::read_at(void* buffer, size_t& size, uint64_t offset) const {
   const size_t total = static_cast<size_t>(std::min<uint64_t>(wanted, end - offset));
   while (size < total) {
     const ssize_t got = retried([&] {
-      return pread(m_fd, static_cast<uint8_t*>(buffer) + size,
+      return pread(descriptor_of(m_file), static_cast<uint8_t*>(buffer) + size,
                    std::min(total - size, largest_piece), static_cast<off_t>(offset + size));
     });
     if (got < 0) return false;
@@ -95,11 +109,12 @@ bool fileio::read_at(void* buffer, size_t& size, uint64_t offset) const {
 bool fileio::append(const void* bytes, size_t size) {
   if (!is_open()) return false;
   // A pipe or a terminal has no end to go to; everything written goes there anyway.
-  if (m_owned) lseek(m_fd, 0, SEEK_END);
+  if (m_owned) lseek(descriptor_of(m_file), 0, SEEK_END);
   size_t written = 0;
   while (written < size) {
     const ssize_t put = retried([&] {
-      return ::write(m_fd, static_cast<const uint8_t*>(bytes) + written, size - written);
+      return ::write(descriptor_of(m_file), static_cast<const uint8_t*>(bytes) + written,
+                     size - written);
     });
     if (put < 0) return false;
     written += static_cast<size_t>(put);
@@ -108,8 +123,8 @@ bool fileio::append(const void* bytes, size_t size) {
 }
 
 bool fileio::close() {
-  const bool closed = !is_open() || !m_owned || ::close(m_fd) == 0;
-  m_fd = -1;
+  const bool closed = !is_open() || !m_owned || ::close(descriptor_of(m_file)) == 0;
+  m_file = no_file;
   return closed;
 }
 

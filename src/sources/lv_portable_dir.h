@@ -48,4 +48,8 @@ bool is_pipe(const std::string& path);
 /// Removes the plain file at `path`; leaves anything else, a link too, where it is.
 void remove_plain_file(const std::string& path);
 
+/// `path` without the prefix that lets a path of Windows have any length; names of devices keep it,
+/// and so does every path on a host that knows no such prefix.
+std::string strip_long_prefix(const std::string& path);
+
 }  // namespace lvportdir

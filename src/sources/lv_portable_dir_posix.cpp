@@ -106,4 +106,6 @@ void remove_plain_file(const std::string& path) {
   if (lstat(name.c_str(), &status) == 0 && S_ISREG(status.st_mode)) unlink(name.c_str());
 }
 
+std::string strip_long_prefix(const std::string& path) { return path; }
+
 }  // namespace lvportdir

@@ -1,0 +1,24 @@
+// The Windows headers, and text as their functions take it.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+#include <string_view>
+
+#include "base/wide_text.h"
+
+namespace ovrik {
+
+/// UTF-8 text for a function that takes wide characters, which are UTF-16 units here.
+inline std::wstring to_wide(std::string_view text) {
+  const std::u16string units = widen(text);
+  return {units.begin(), units.end()};
+}
+
+/// What a function gave in wide characters, as UTF-8.
+inline std::string from_wide(std::wstring_view text) {
+  return narrow(std::u16string(text.begin(), text.end()));
+}
+
+}  // namespace ovrik

@@ -1,0 +1,151 @@
+#include <shlobj.h>
+
+#include <vector>
+
+#include "base/windows_api_win32.h"
+#include "driver/windows_calls.h"
+
+namespace ovrik {
+
+namespace {
+
+class token_of_windows : public access_token {
+ public:
+  explicit token_of_windows(HANDLE handle) : m_handle(handle) {}
+  ~token_of_windows() override { CloseHandle(m_handle); }
+
+  bool get_elevation(elevation& kind) const override {
+    TOKEN_ELEVATION_TYPE found = TokenElevationTypeDefault;
+    DWORD size = 0;
+    if (GetTokenInformation(m_handle, TokenElevationType, &found, sizeof found, &size) == 0) {
+      return false;
+    }
+    kind = static_cast<elevation>(found);
+    return true;
+  }
+
+  std::unique_ptr<access_token> linked() const override {
+    TOKEN_LINKED_TOKEN found{};
+    DWORD size = 0;
+    if (GetTokenInformation(m_handle, TokenLinkedToken, &found, sizeof found, &size) == 0) {
+      return nullptr;
+    }
+    return std::make_unique<token_of_windows>(found.LinkedToken);
+  }
+
+  bool has_administrators() const override {
+    BYTE group[SECURITY_MAX_SID_SIZE];
+    DWORD size = sizeof group;
+    BOOL member = FALSE;
+    return CreateWellKnownSid(WinBuiltinAdministratorsSid, nullptr, group, &size) != 0 &&
+           CheckTokenMembership(m_handle, group, &member) != 0 && member != 0;
+  }
+
+ private:
+  HANDLE m_handle;
+};
+
+bool is_version_at_least(DWORD mask, uint32_t major, uint32_t minor) {
+  OSVERSIONINFOEXA wanted{};
+  wanted.dwOSVersionInfoSize = sizeof wanted;
+  wanted.dwMajorVersion = major;
+  wanted.dwMinorVersion = minor;
+  return VerifyVersionInfoA(&wanted, mask, VerSetConditionMask(0, mask, VER_GREATER_EQUAL)) != 0;
+}
+
+class calls_of_windows : public windows_calls {
+ public:
+  bool is_major_version_at_least(uint32_t major) const override {
+    return is_version_at_least(VER_MAJORVERSION, major, 0);
+  }
+
+  bool is_minor_version_at_least(uint32_t minor) const override {
+    return is_version_at_least(VER_MINORVERSION, 0, minor);
+  }
+
+  bool kernel_version(module_version& version) const override {
+    constexpr const wchar_t* module = L"kernel32";
+    DWORD unused = 0;
+    const DWORD size = GetFileVersionInfoSizeW(module, &unused);
+    std::vector<uint8_t> block(size);
+    void* place = nullptr;
+    UINT length = 0;
+    if (size == 0 || GetFileVersionInfoW(module, 0, size, block.data()) == 0 ||
+        VerQueryValueW(block.data(), L"\\", &place, &length) == 0 ||
+        length < sizeof(VS_FIXEDFILEINFO)) {
+      return false;
+    }
+    const auto* facts = static_cast<const VS_FIXEDFILEINFO*>(place);
+    version = {facts->dwProductVersionMS, facts->dwProductVersionLS};
+    return true;
+  }
+
+  bool edition(system_edition& found) const override {
+    OSVERSIONINFOEXW facts{};
+    facts.dwOSVersionInfoSize = sizeof facts;
+    if (GetVersionExW(reinterpret_cast<OSVERSIONINFOW*>(&facts)) == 0) return false;
+    found = {facts.wProductType, facts.wServicePackMajor, facts.wServicePackMinor};
+    return true;
+  }
+
+  uint32_t processor_type() const override {
+    SYSTEM_INFO facts{};
+    GetNativeSystemInfo(&facts);
+    return facts.dwProcessorType;
+  }
+
+  bool is_user_an_admin() const override { return IsUserAnAdmin() != 0; }
+
+  std::unique_ptr<access_token> process_token() const override {
+    HANDLE token = nullptr;
+    if (OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, &token) == 0) return nullptr;
+    return std::make_unique<token_of_windows>(token);
+  }
+
+  bool computer_name(std::string& name) const override {
+    std::wstring buffer(4096, L'\0');
+    auto size = static_cast<DWORD>(buffer.size());
+    if (GetComputerNameW(buffer.data(), &size) == 0) return false;
+    name = from_wide(buffer.c_str());
+    return true;
+  }
+
+  bool user_name(std::string& name) const override {
+    std::wstring buffer(512, L'\0');
+    auto size = static_cast<DWORD>(buffer.size());
+    if (GetUserNameW(buffer.data(), &size) == 0) return false;
+    name = from_wide(buffer.c_str());
+    return true;
+  }
+
+  bool program_path(std::string& path) const override {
+    std::wstring buffer(32768, L'\0');
+    const DWORD length =
+        GetModuleFileNameW(nullptr, buffer.data(), static_cast<DWORD>(buffer.size()));
+    if (length == 0 || length >= buffer.size()) return false;
+    path = from_wide(std::wstring_view(buffer).substr(0, length));
+    return true;
+  }
+
+  bool system_folder(std::string& path) const override {
+    std::wstring buffer(512, L'\0');
+    const UINT length = GetSystemDirectoryW(buffer.data(), static_cast<UINT>(buffer.size()));
+    if (length == 0 || length >= buffer.size()) return false;
+    path = from_wide(std::wstring_view(buffer).substr(0, length));
+    return true;
+  }
+
+  uint32_t drive_type(char letter) const override {
+    const char root[] = {letter, ':', '\\', '\0'};
+    return GetDriveTypeA(root);
+  }
+};
+
+}  // namespace
+
+const windows_calls& running_windows() {
+  static const calls_of_windows calls;
+  return calls;
+}
+
+}  // namespace ovrik

@@ -1,0 +1,40 @@
+#include "base/text.h"
+#include "base/windows_api_win32.h"
+#include "sources/host_path.h"
+
+namespace ovrik {
+
+char host_separator() { return '\\'; }
+
+std::string without_trailing_separators(std::string_view path) {
+  // A path of nothing but separators is the root folder.
+  const size_t last = path.find_last_not_of("\\/");
+  return std::string(last == std::string_view::npos ? path.substr(0, 1) : path.substr(0, last + 1));
+}
+
+std::string last_component(std::string_view path) {
+  size_t separator = path.rfind('\\');
+  if (separator == std::string_view::npos) separator = path.rfind('/');
+  return std::string(path.substr(separator + 1));
+}
+
+std::string make_absolute_path(std::string_view text) {
+  std::string path = trim(text);
+  remove_all(path, '"');
+  path = trim(path);
+  if (path.empty()) return path;
+  const std::wstring wide = to_wide(path);
+  const DWORD size = GetFullPathNameW(wide.c_str(), 0, nullptr, nullptr);
+  std::wstring full(size, L'\0');
+  const DWORD length = GetFullPathNameW(wide.c_str(), size, full.data(), nullptr);
+  if (length == 0 || length >= size) return path;
+  full.resize(length);
+  return from_wide(full);
+}
+
+std::string with_host_separators(std::string path) {
+  replace_all(path, '/', '\\');
+  return path;
+}
+
+}  // namespace ovrik

@@ -1,0 +1,60 @@
+#include "sources/long_path_win32.h"
+
+#include <algorithm>
+
+namespace ovrik {
+
+namespace {
+
+std::wstring full_path(const std::wstring& path) {
+  std::wstring full(MAX_PATH, L'\0');
+  DWORD length =
+      GetFullPathNameW(path.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr);
+  if (length > full.size()) {  // the size that it needs, with the terminator
+    full.resize(length);
+    length = GetFullPathNameW(path.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr);
+  }
+  if (length == 0 || length > full.size()) return path;
+  full.resize(length);
+  return full;
+}
+
+}  // namespace
+
+bool may_be_too_long() {
+  const DWORD error = GetLastError();
+  return error == ERROR_FILENAME_EXCED_RANGE || error == ERROR_PATH_NOT_FOUND;
+}
+
+std::wstring long_form(const std::wstring& path) {
+  constexpr const wchar_t* prefix = L"\\\\?\\";
+  const bool from_drive =
+      path.size() > 2 && path[1] == L':' && (path[2] == L'\\' || path[2] == L'/');
+  // A name that ends in a full stop or a blank would lose it on the way through the full path.
+  std::wstring full = from_drive ? path : full_path(path);
+  std::replace(full.begin(), full.end(), L'/', L'\\');
+  if (full.starts_with(L"\\\\?\\") || full.starts_with(L"\\\\.\\")) return full;
+  if (full.starts_with(L"\\\\")) return prefix + (L"UNC" + full.substr(1));
+  return prefix + full;
+}
+
+HANDLE open_handle(const std::string& path, DWORD access, DWORD sharing, DWORD disposition,
+                   DWORD flags) {
+  return with_long_path(
+      to_wide(path),
+      [=](const wchar_t* name) {
+        return CreateFileW(name, access, sharing, nullptr, disposition, flags, nullptr);
+      },
+      [](HANDLE handle) { return handle == INVALID_HANDLE_VALUE; });
+}
+
+bool file_attributes(const std::string& path, WIN32_FILE_ATTRIBUTE_DATA& found) {
+  return with_long_path(
+      to_wide(path),
+      [&found](const wchar_t* name) {
+        return GetFileAttributesExW(name, GetFileExInfoStandard, &found) != 0;
+      },
+      [](bool done) { return !done; });
+}
+
+}  // namespace ovrik

@@ -1,0 +1,52 @@
+// Paths that are longer than Windows takes in their plain form.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "base/windows_api_win32.h"
+
+namespace ovrik {
+
+/// The handle of an open file; closes itself.
+class file_handle {
+ public:
+  explicit file_handle(HANDLE handle) : m_handle(handle) {}
+  ~file_handle() {
+    if (is_open()) CloseHandle(m_handle);
+  }
+  file_handle(const file_handle&) = delete;
+  file_handle& operator=(const file_handle&) = delete;
+
+  bool is_open() const { return m_handle != INVALID_HANDLE_VALUE; }
+  HANDLE get() const { return m_handle; }
+
+ private:
+  HANDLE m_handle;
+};
+
+/// True if the last call failed because its path was too long, or was not found, which a path that
+/// is too long can look like.
+bool may_be_too_long();
+
+/// The form of a plain path that may be of any length: made absolute if it is relative, with the
+/// prefix that turns the usual limits off.
+std::wstring long_form(const std::wstring& path);
+
+/// `call(path)`; if that fails as a path that is too long does, `call` of its long form.
+/// `failed(result)` tells a failure.
+template <typename system_call, typename failure_test>
+auto with_long_path(const std::wstring& path, system_call call, failure_test failed) {
+  auto result = call(path.c_str());
+  if (failed(result) && may_be_too_long()) result = call(long_form(path).c_str());
+  return result;
+}
+
+/// `CreateFileW` with the long form as a fallback, sharing as asked for.
+HANDLE open_handle(const std::string& path, DWORD access, DWORD sharing, DWORD disposition,
+                   DWORD flags);
+
+/// `GetFileAttributesExW` with the long form as a fallback. False: nothing is there.
+bool file_attributes(const std::string& path, WIN32_FILE_ATTRIBUTE_DATA& found);
+
+}  // namespace ovrik
