@@ -74,7 +74,7 @@ int32_t run_pipe_binary_road(cmdline_options& options, std::ostream& out) {
         !filter_accepts_path(line, options.filters, unreadable)) {
       continue;
     }
-    options.source_path = expand_path_variables(line);
+    options.source_path = expand_path_variables(lvportdir::strip_long_prefix(line));
     if (options.show_progress) show_analyzing(options.source_path);
     diag_printf(options, "Analyzing: %s", options.source_path.c_str());
     std::ostringstream rows;

@@ -1,14 +1,12 @@
 #include "driver/hive_road.h"
 
 #include <memory>
-#include <utility>
 #include <vector>
 
 #include "driver/console.h"
 #include "driver/hive_source.h"
 #include "driver/registry_commands.h"
 #include "driver/volume_source.h"
-#include "sources/raw_disk_io.h"
 
 namespace ovrik {
 
@@ -21,13 +19,12 @@ struct opened_source {
 };
 
 opened_source open_source(cmdline_options& options) {
-  if (!options.image_mode) {
-    return {open_hive_source(options.source_path), options.source_path};
-  }
-  auto disk = open_image(options.source_path);
-  if (disk == nullptr) return {nullptr, default_hive_path};
-  return {open_volume_hive(std::move(disk), options.volume_offset, default_hive_path, options),
-          default_hive_path};
+  const std::string& path = options.source_path;
+  volume_place place = {options.volume_offset, default_hive_path, options};
+  if (options.image_mode) return {open_image_hive(path, place), place.inner_path};
+  if (options.livesys_mode) return {open_live_hive(path, place), place.inner_path};
+  if (options.vss_mode) return {open_shadow_copy_hive(path, place), path + place.inner_path};
+  return {open_hive_source(path, options), path};
 }
 
 }  // namespace

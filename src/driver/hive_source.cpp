@@ -1,16 +1,44 @@
 #include "driver/hive_source.h"
 
 #include "base/text.h"
+#include "driver/volume_source.h"
 #include "driver/wow64_redirect_adt.h"
+#include "sources/fileio.h"
 
 namespace ovrik {
 
-std::unique_ptr<reg_hive> open_hive_source(const std::string& path) {
+namespace {
+
+/// False also for what is held so that not even its bytes can be had.
+bool opens(const std::string& path) {
+  const wow64_redirect_adt guard;
+  uni::fileio file;
+  return file.open_read(path);
+}
+
+bool begins_with_drive(const std::string& path) {
+  return path.size() > 2 && path[1] == ':' && lower_ascii(path)[0] >= 'a' &&
+         lower_ascii(path)[0] <= 'z';
+}
+
+}  // namespace
+
+std::unique_ptr<reg_hive> open_plain_hive(const std::string& path) {
   const wow64_redirect_adt guard;
   bool ok = false;
   auto hive = std::make_unique<reg_hive>(path, ok);
   if (!ok) return nullptr;
   return hive;
+}
+
+std::unique_ptr<reg_hive> open_hive_source(const std::string& path, diagnostics_log& log,
+                                           const device_calls& devices) {
+  if (auto hive = open_plain_hive(path)) return hive;
+  // What opens and is no hive is none on its volume either.
+  if (!begins_with_drive(path) || opens(path)) return nullptr;
+  std::string inner = path.substr(2);
+  replace_all(inner, '/', '\\');
+  return open_live_hive(path, {.inner_path = inner, .log = log, .devices = devices});
 }
 
 bool is_system_hive(const reg_hive& hive) {

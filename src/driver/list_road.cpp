@@ -10,6 +10,7 @@
 #include "driver/registry_commands.h"
 #include "driver/stdin_stream.h"
 #include "sources/fileio.h"
+#include "sources/lv_portable_dir.h"
 
 namespace ovrik {
 
@@ -32,7 +33,7 @@ bool opens(const std::string& path) {
 /// sets cannot be told, which ends the list.
 bool process_hive(cmdline_options& options, std::ostream& out) {
   const std::string& path = options.source_path;
-  const auto hive = open_hive_source(path);
+  const auto hive = open_hive_source(path, options);
   if (hive == nullptr || !is_system_hive(*hive)) return true;
   std::vector<registry_command> commands = build_shim_commands_current(path);
   if (options.all_controlsets && !build_shim_commands_all(commands, *hive, path)) {
@@ -54,7 +55,7 @@ int32_t run_list_road(cmdline_options& options, std::ostream& out) {
   if (list == nullptr) return -1;
   for (std::string line; out.good() && list->next_line(line);) {
     if (line.empty()) continue;
-    options.source_path = expand_path_variables(line);
+    options.source_path = expand_path_variables(lvportdir::strip_long_prefix(line));
     options.hive_location = options.source_path;
     if (!opens(options.source_path)) continue;
     std::fprintf(stderr, "analyzing: %s\n", options.source_path.c_str());

@@ -1,6 +1,8 @@
 #include "driver/path_variables.h"
 
-#include <cstdlib>
+#include "base/text.h"
+#include "driver/environment.h"
+#include "sources/shadow_copy.h"
 
 namespace ovrik {
 
@@ -9,6 +11,15 @@ namespace {
 constexpr size_t longest_path = 512;
 constexpr int most_replacements = 64;  // a variable may hold its own name
 
+/// The value of a variable, which "vss" has where the environment gives it none: what stands
+/// before the number of a shadow copy.
+bool value_of(const std::string& name, std::string& value) {
+  if (environment_value(name, value)) return true;
+  if (!equal_ignoring_case(name, "vss")) return false;
+  value = shadow_copy_prefix;
+  return true;
+}
+
 /// Replaces the first "%NAME%" whose variable exists. False: there is none.
 bool replace_first_variable(std::string& path) {
   size_t open = path.find('%');
@@ -16,7 +27,7 @@ bool replace_first_variable(std::string& path) {
     const size_t close = path.find('%', open + 1);
     if (close == std::string::npos) return false;
     const std::string name = path.substr(open + 1, close - open - 1);
-    if (const char* value = std::getenv(name.c_str()); value != nullptr) {
+    if (std::string value; value_of(name, value)) {
       path.replace(open, close + 1 - open, value);
       return true;
     }

@@ -30,8 +30,10 @@ void prepare_end(cmdline_ctx& context, const cmdline_options& options) {
 int32_t take_road(cmdline_options& options, std::ostream& out, std::ostream& standard_output) {
   if (options.pipe_binary_mode) return run_pipe_binary_road(options, out);
   if (options.binary_mode) return run_binary_road(options, out, standard_output);
-  if (options.hive_mode || options.extract_mode || options.image_mode)
+  if (options.hive_mode || options.extract_mode || options.livesys_mode || options.image_mode ||
+      options.vss_mode) {
     return run_hive_road(options, out);
+  }
   if (options.pipe_mode || options.enumdir_mode) return run_list_road(options, out);
   return 0;
 }

@@ -10,6 +10,7 @@
 #include "sources/host_path.h"
 #include "sources/ntfs_offset.h"
 #include "sources/raw_disk_io.h"
+#include "sources/shadow_copy.h"
 
 namespace ovrik {
 
@@ -26,9 +27,16 @@ struct source_option {
   source_effect effect;
 };
 
-bool refuse_live_system(cmdline_options& /*options*/, const std::string& /*value*/,
-                        argument_list& /*args*/) {
-  return check_live_system();
+bool take_live_system(cmdline_options& options, const std::string& /*value*/,
+                      argument_list& /*args*/) {
+  options.livesys_mode = true;
+  return find_live_hive(options.source_path);
+}
+
+bool take_shadow_copy(cmdline_options& options, const std::string& value, argument_list& /*args*/) {
+  options.vss_mode = true;
+  options.source_path = shadow_copy_device(value);
+  return check_shadow_copy_rights();
 }
 
 bool take_extract(cmdline_options& options, const std::string& value, argument_list& /*args*/) {
@@ -70,10 +78,10 @@ bool refuse(cmdline_options& /*options*/, const std::string& /*value*/, argument
 }
 
 constexpr source_option source_options[] = {
-    {"-livesys", false, refuse_live_system},
+    {"-livesys", false, take_live_system},
     {"-extract", true, take_extract},
     {"-hive", true, take_hive},
-    {"-vss", true, refuse},
+    {"-vss", true, take_shadow_copy},
     {"-image", true, take_image},
     {"-vmdk", true, refuse},
 };

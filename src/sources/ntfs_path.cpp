@@ -5,6 +5,7 @@
 
 #include "base/text.h"
 #include "sources/ntfs_directory.h"
+#include "sources/shadow_copy.h"
 
 namespace ovrik {
 
@@ -81,9 +82,10 @@ bool lookup_path(ntfs_volume& volume, const std::string& path, uint64_t& inode,
                  diagnostics_log& log) {
   inode = 0;
   if (path.empty()) return false;
-  diag_printf(log, "->anal: %s", path.c_str());
-  std::vector<std::string> segments = segments_of(path);
-  const bool from_root = path.front() == (path.find('/') == std::string::npos ? '\\' : '/');
+  const std::string inner = without_shadow_copy(path);
+  diag_printf(log, "->anal: %s", inner.c_str());
+  std::vector<std::string> segments = segments_of(inner);
+  const bool from_root = inner.front() == (inner.find('/') == std::string::npos ? '\\' : '/');
   if (from_root) diag_printf(log, "->root dir");
   inode = root_directory;
   if (segments.empty()) {

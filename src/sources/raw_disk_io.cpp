@@ -1,6 +1,7 @@
 #include "sources/raw_disk_io.h"
 
 #include "sources/fileio.h"
+#include "sources/raw_device.h"
 
 namespace ovrik {
 
@@ -32,7 +33,10 @@ class image_disk : public RAW_DISK_IO {
 
 std::unique_ptr<RAW_DISK_IO> open_image(const std::string& path) {
   auto disk = std::make_unique<image_disk>();
-  if (!disk->open(path)) return nullptr;
+  const bool opened = disk->open(path);
+  // A device opens like a file, but has no length as one.
+  if (is_device_path(path) && disk->size() == 0) return open_device(device_kind::volume, path);
+  if (!opened) return nullptr;
   return disk;
 }
 

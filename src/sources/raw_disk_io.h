@@ -24,8 +24,7 @@ class RAW_DISK_IO {
   virtual uint64_t size() const = 0;
 };
 
-/// Opens an image file or, on a host where disks are files, a disk (UTF-8 path). Nothing: it does
-/// not open.
+/// Opens an image file or a disk (UTF-8 path). Nothing: it does not open.
 std::unique_ptr<RAW_DISK_IO> open_image(const std::string& path);
 
 }  // namespace ovrik

@@ -1,0 +1,31 @@
+#include <cstdio>
+
+#include "driver/live_system.h"
+#include "driver/windows_facts.h"
+
+namespace ovrik {
+
+namespace {
+
+/// False: the rights are missing, which is said with `words` in front of the advice.
+bool check_rights(const char* words) {
+  if (have_admin_rights(running_windows())) return true;
+  std::fputs(words, stderr);
+  std::fputs("need to restart cmd prompt using \"Run As Administrator\" option...\n", stderr);
+  return false;
+}
+
+}  // namespace
+
+bool find_live_hive(std::string& path) {
+  if (!check_rights("command prompt not running w/ admin privileges...\n")) return false;
+  if (!running_windows().system_folder(path)) return false;
+  path += "\\config\\system";
+  return true;
+}
+
+bool check_shadow_copy_rights() {
+  return check_rights("This option requires admin privileges...\n");
+}
+
+}  // namespace ovrik
