@@ -1,0 +1,110 @@
+// Devices of a Windows in memory: what they answer, and what they hold.
+
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "sources/device_calls.h"
+#include "support/bytes.h"
+
+namespace test_support {
+
+// The codes of the questions, and the answers as Windows lays them out.
+constexpr uint32_t ask_geometry_ex = 0x700A0;
+constexpr uint32_t ask_geometry = 0x70000;
+constexpr uint32_t ask_partition = 0x74004;
+constexpr uint32_t ask_partition_ex = 0x70048;
+
+/// DISK_GEOMETRY: 512-byte sectors unless told otherwise.
+inline bytes geometry(uint64_t cylinders, uint32_t bytes_per_sector = 512) {
+  bytes answer;
+  append_u64(answer, cylinders);
+  for (const uint32_t number : {12U /* fixed disk */, 2U, 4U, bytes_per_sector}) {
+    append_u32(answer, number);
+  }
+  return answer;
+}
+
+inline bytes geometry_ex(uint64_t size, uint32_t bytes_per_sector = 512) {
+  bytes answer = geometry(1, bytes_per_sector);
+  append_u64(answer, size);
+  return answer;
+}
+
+/// PARTITION_INFORMATION
+inline bytes partition(uint64_t length) {
+  bytes answer;
+  append_u64(answer, 0x100000);  // where it starts
+  append_u64(answer, length);
+  answer.resize(32);
+  return answer;
+}
+
+/// PARTITION_INFORMATION_EX of a GPT disk
+inline bytes partition_ex(uint64_t length) {
+  bytes answer;
+  append_u64(answer, 1);
+  append_u64(answer, 0x100000);
+  append_u64(answer, length);
+  answer.resize(144);
+  return answer;
+}
+
+struct memory_device {
+  bytes content = {};
+  std::map<uint32_t, bytes> answers = {};
+  uint64_t handle_size = 0;  ///< what the handle itself tells
+  uint32_t sector = 512;     ///< of reads, which must be whole sectors
+  bool reads_fail = false;
+};
+
+/// Devices by path, and a record of what was tried.
+class memory_devices : public ovrik::device_calls {
+ public:
+  std::map<std::string, memory_device> devices;
+  mutable std::vector<std::string> opened;
+
+  std::unique_ptr<ovrik::open_device_file> open(const std::string& path) const override {
+    opened.push_back(path);
+    const auto found = devices.find(path);
+    if (found == devices.end()) return nullptr;
+    return std::make_unique<open_file>(found->second);
+  }
+
+ private:
+  class open_file : public ovrik::open_device_file {
+   public:
+    explicit open_file(const memory_device& device) : m_device(device) {}
+
+    bool ask(uint32_t code, size_t most_bytes, std::vector<uint8_t>& answer) override {
+      const auto found = m_device.answers.find(code);
+      if (found == m_device.answers.end() || found->second.size() > most_bytes) return false;
+      answer = found->second;
+      return true;
+    }
+
+    bool read(void* buffer, uint32_t& size, uint64_t offset) override {
+      EXPECT_EQ(offset % m_device.sector, 0U);
+      EXPECT_EQ(size % m_device.sector, 0U);
+      if (m_device.reads_fail) return false;
+      const uint64_t end = std::min<uint64_t>(m_device.content.size(), offset + size);
+      size = offset < end ? static_cast<uint32_t>(end - offset) : 0;
+      const auto from = m_device.content.begin() + static_cast<std::ptrdiff_t>(offset);
+      if (size != 0) std::copy_n(from, size, static_cast<uint8_t*>(buffer));
+      return true;
+    }
+
+    uint64_t size() override { return m_device.handle_size; }
+
+   private:
+    const memory_device& m_device;
+  };
+};
+
+}  // namespace test_support
