@@ -1,4 +1,5 @@
-# ovrik_tests calls the code; ovrik_e2e runs the built program as a user does.
+# ovrik_tests calls the code; ovrik_e2e runs the built program as a user does. Where Wine is there,
+# ovrik_e2e also runs the program for Windows, which has a build of its own.
 include(GoogleTest)
 
 function(ovrik_add_test_program name)
@@ -18,9 +19,8 @@ if(unit_sources)
   ovrik_add_test_program(ovrik_tests ${unit_sources})
 endif()
 if(e2e_sources AND TARGET ovrik)
-  ovrik_add_test_program(ovrik_e2e ${e2e_sources})
+  ovrik_add_test_program(ovrik_e2e ${e2e_sources} tests/e2e/tested_program.cpp)
   add_dependencies(ovrik_e2e ovrik)
-  target_compile_definitions(ovrik_e2e PRIVATE
-    OVRIK_PROGRAM="$<TARGET_FILE:ovrik>"
-    OVRIK_BUILD_DIR="${PROJECT_BINARY_DIR}")
+  target_compile_definitions(ovrik_e2e PRIVATE OVRIK_PROGRAM="$<TARGET_FILE:ovrik>")
+  include(wine_tests)
 endif()

@@ -37,7 +37,7 @@ TEST_F(command_line, help_goes_to_standard_error) {
 
 TEST_F(command_line, header_tells_time_host_and_arguments) {
   const std::string facts = ".*;[^:;]+:[^;]+;[^:;]+:[^\n]+\n";
-  const std::string line = "\"[^:\"]+: .*ovrik 'a b' -hive";
+  const std::string line = "\"[^:\"]+: .*ovrik(\\.exe)? 'a b' -hive";
   const std::regex plain("[^:;]+: ?\\d\\d/\\d\\d/\\d{4}" + facts + line + "\"\n\n");
   const std::regex dated("[^:;]+: ?\\d{4}-\\d\\d-\\d\\d" + facts + line +
                          " -dateformat yyyy-mm-dd\"\n\n");
@@ -103,7 +103,7 @@ TEST_F(command_line, ends_with_its_words_and_exit_value) {
       {{"-hive", "sets.hiv", "-sqlite_log", "x"}, "", offered},
       {{"-alias", "a|b|c"}, "", "imbalanced alias to true pathfiles, aborting\n"},
       {{"-aliaspath", "a|b|c"}, "", "imbalanced alias to true pathfiles, aborting\n"},
-      {{"-out", "no/x"}, "", "prob opening file no/x for output, aborting\n"},
+      {{"-out", "no/x"}, "", "prob opening file " + host_path("no/x") + " for output, aborting\n"},
       {{"-outfile", "."}, "", "prob opening file . for output, aborting\n"},
       {{"-hive", "sets.hiv", "-cmd_start_time", "20200101"}, "", ""},
       {{"-hive", "sets.hiv", "-cmd_stop_time", ""}, "", ""},
@@ -137,7 +137,7 @@ TEST_F(command_line, diagnostics_profile_and_progress) {
   const std::string err = run({"-hive", "sets.hiv", "-profile", "-diags", diagnostics}).err;
   EXPECT_TRUE(std::regex_match(err, std::regex("->[0-9.e-]+ secs\n"))) << err;
   const std::string told = as_text(content("my diags"));
-  EXPECT_TRUE(std::regex_match(told, std::regex("->.*ovrik -hive sets.hiv -profile -diags "
+  EXPECT_TRUE(std::regex_match(told, std::regex("->.*ovrik(\\.exe)? -hive sets.hiv -profile -diags "
                                                 "\"[^\"]+my diags\" -quiet\n"
                                                 "(.*\n)*->[0-9.e-]+ secs\n?")))
       << told;

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "e2e/tested_program.h"
 #include "support/cache_builder.h"
-#include "support/run_program.h"
 #include "support/system_hive.h"
 #include "support/temp_dir.h"
 

@@ -47,7 +47,8 @@ using names = std::vector<std::string>;
 
 TEST(pipe, takes_every_name_that_a_file_can_have) {
   const temp_dir folder;
-  const names hives = {"a b", "c,d", "e|f", "g'h\"i", "ж", "\\\\?\\j", "k%l", "-csv"};
+  names hives = {"a b", "c,d", "ж", "k%l", "-csv", "g'h"};
+  if (!is_windows_program()) hives.insert(hives.end(), {"e|f", "h\"i", "\\\\?\\j"});
   std::string list;
   for (const std::string& name : hives) {
     write_file(folder.path(name), hive_of(u"C:\\x.exe"));
@@ -114,7 +115,7 @@ TEST(pipe, an_abnormal_end_loses_nothing_of_the_hives_before) {
   write_file(folder.path("broken"), broken);
   const run_result run = run_ovrik({"-pipe", "-csv", "-out", "out.csv"},
                                    {.input = "good\nbroken\n", .folder = folder.path()});
-  EXPECT_EQ(run.signal, SIGABRT);
+  EXPECT_TRUE(ended_abnormally(run));
   EXPECT_NE(run.err.find("pSK != 0"), std::string::npos);
   EXPECT_NE(as_text(read_file(folder.path("out.csv"))).find("C:\\kept.exe\n"), std::string::npos);
 }
@@ -180,11 +181,15 @@ TEST(walk, enters_folders_to_the_depth_asked_for_and_ends_on_odd_trees) {
     EXPECT_EQ(run.exit_status, 0);
     return labelled(run.out, "Hive Location: ");
   };
-  EXPECT_EQ(walked("0"), names{"r/SYSTEM"});
-  EXPECT_EQ(walked("8"), (names{"r/SYSTEM", "r/z/SYSTEM", "r/out_again/SYSTEM", "r/a/x.hve",
-                                "r/a/SYSTEM", "r/a/deep/SYSTEM"}));
+  const auto on_host = [](names paths) {
+    for (std::string& path : paths) path = host_path(path);
+    return paths;
+  };
+  EXPECT_EQ(walked("0"), on_host({"r/SYSTEM"}));
+  EXPECT_EQ(walked("8"), on_host({"r/SYSTEM", "r/z/SYSTEM", "r/out_again/SYSTEM", "r/a/x.hve",
+                                  "r/a/SYSTEM", "r/a/deep/SYSTEM"}));
   EXPECT_EQ(walked("1"),
-            (names{"r/SYSTEM", "r/z/SYSTEM", "r/out_again/SYSTEM", "r/a/x.hve", "r/a/SYSTEM"}));
+            on_host({"r/SYSTEM", "r/z/SYSTEM", "r/out_again/SYSTEM", "r/a/x.hve", "r/a/SYSTEM"}));
 }
 
 TEST(walk, a_folder_that_cannot_be_read_holds_nothing) {
@@ -200,7 +205,7 @@ TEST(walk, a_folder_that_cannot_be_read_holds_nothing) {
   const run_result run =
       run_ovrik({"-enumdir", "r", "-num_subdirs", "2"}, {.folder = folder.path()});
   fs::permissions(folder.path("r/locked"), fs::perms::owner_all);
-  EXPECT_EQ(labelled(run.out, "Hive Location: "), names{"r/SYSTEM"});
+  EXPECT_EQ(labelled(run.out, "Hive Location: "), names{host_path("r/SYSTEM")});
   EXPECT_EQ(run_ovrik({"-enumdir", ""}).exit_status, failure);
 }
 

@@ -101,11 +101,13 @@ TEST_F(outside_readers, sqlite_finds_the_columns_of_the_header_in_every_csv_row)
 
 TEST_F(outside_readers, gnu_parallel_and_a_single_run_give_the_same_rows) {
   NEED_TOOL("parallel");
+  std::string program;
+  for (const std::string& word : ovrik_command()) program += word + " ";
   for (const std::string form : {"-csv", "-csvl2t", "-bodyfile"}) {
-    const run_result jobs = run_program("/usr/bin/parallel",
-                                        {"--pipe", "-N", "2", "--keep-order", "--jobs", "2",
-                                         std::string(OVRIK_PROGRAM) + " -pipe -quiet " + form},
-                                        {.input = m_list, .folder = m_folder.path()});
+    const run_result jobs = run_program(
+        "/usr/bin/parallel",
+        {"--pipe", "-N", "2", "--keep-order", "--jobs", "2", program + "-pipe -quiet " + form},
+        {.input = m_list, .folder = m_folder.path()});
     const run_result joined =
         run_program(OVRIK_SOURCE_DIR "/scripts/join-results", {}, {.input = jobs.out});
     EXPECT_EQ(body_of(joined.out), body_of(results(form, m_list))) << form;

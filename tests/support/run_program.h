@@ -31,12 +31,4 @@ struct run_result {
 run_result run_program(const std::string& program, const std::vector<std::string>& arguments,
                        const run_options& options = {});
 
-#ifdef OVRIK_PROGRAM
-/// Runs the program of this build.
-inline run_result run_ovrik(const std::vector<std::string>& arguments,
-                            const run_options& options = {}) {
-  return run_program(OVRIK_PROGRAM, arguments, options);
-}
-#endif
-
 }  // namespace test_support
