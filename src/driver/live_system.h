@@ -7,4 +7,7 @@ namespace ovrik {
 /// runs here; which has been said on standard error.
 bool check_live_system();
 
+/// The same for the shadow copies of the running system.
+bool check_shadow_copies();
+
 }  // namespace ovrik

@@ -9,4 +9,10 @@ bool check_live_system() {
   return false;
 }
 
+bool check_shadow_copies() {
+  std::fputs("shadow copies are reached through a running Windows, which this host has not\n",
+             stderr);
+  return false;
+}
+
 }  // namespace ovrik

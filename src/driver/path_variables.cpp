@@ -2,6 +2,9 @@
 
 #include <cstdlib>
 
+#include "base/text.h"
+#include "sources/shadow_copy.h"
+
 namespace ovrik {
 
 namespace {
@@ -9,14 +12,25 @@ namespace {
 constexpr size_t longest_path = 512;
 constexpr int most_replacements = 64;  // a variable may hold its own name
 
-/// Replaces the first "%NAME%" whose variable exists. False: there is none.
+/// The value of a name between two "%" signs. False: it has none.
+bool find_value(const std::string& name, std::string& value) {
+  if (const char* variable = std::getenv(name.c_str()); variable != nullptr) {
+    value = variable;
+    return true;
+  }
+  if (lower_ascii(name) != "vss") return false;
+  value = shadow_copy_prefix();
+  return true;
+}
+
+/// Replaces the first "%NAME%" that has a value. False: there is none.
 bool replace_first_variable(std::string& path) {
   size_t open = path.find('%');
   while (open != std::string::npos) {
     const size_t close = path.find('%', open + 1);
     if (close == std::string::npos) return false;
-    const std::string name = path.substr(open + 1, close - open - 1);
-    if (const char* value = std::getenv(name.c_str()); value != nullptr) {
+    std::string value;
+    if (find_value(path.substr(open + 1, close - open - 1), value)) {
       path.replace(open, close + 1 - open, value);
       return true;
     }

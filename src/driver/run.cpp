@@ -10,6 +10,7 @@
 #include "driver/list_road.h"
 #include "driver/results_file.h"
 #include "driver/tool_options.h"
+#include "driver/vmdk_road.h"
 #include "driver/wow64_redirect_adt.h"
 #include "output/utf8_locale.h"
 
@@ -32,6 +33,7 @@ int32_t take_road(cmdline_options& options, std::ostream& out, std::ostream& sta
   if (options.binary_mode) return run_binary_road(options, out, standard_output);
   if (options.hive_mode || options.extract_mode || options.image_mode)
     return run_hive_road(options, out);
+  if (options.vmdk_mode) return run_vmdk_road(options, out);
   if (options.pipe_mode || options.enumdir_mode) return run_list_road(options, out);
   return 0;
 }

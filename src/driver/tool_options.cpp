@@ -7,6 +7,7 @@
 #include "driver/common_options.h"
 #include "driver/live_system.h"
 #include "driver/path_variables.h"
+#include "driver/vmdk_road.h"
 #include "sources/host_path.h"
 #include "sources/ntfs_offset.h"
 #include "sources/raw_disk_io.h"
@@ -64,6 +65,16 @@ bool take_image(cmdline_options& options, const std::string& value, argument_lis
   return false;
 }
 
+bool take_shadow_copy(cmdline_options& /*options*/, const std::string& /*value*/,
+                      argument_list& /*args*/) {
+  return check_shadow_copies();
+}
+
+bool take_vmdk(cmdline_options& options, const std::string& value, argument_list& args) {
+  options.vmdk_mode = true;
+  return parse_source_options(options, value, "-vmdk", args);
+}
+
 bool refuse(cmdline_options& /*options*/, const std::string& /*value*/, argument_list& /*args*/) {
   std::fputs("This option is not offered in this build\n", stderr);
   return false;
@@ -73,9 +84,9 @@ constexpr source_option source_options[] = {
     {"-livesys", false, refuse_live_system},
     {"-extract", true, take_extract},
     {"-hive", true, take_hive},
-    {"-vss", true, refuse},
+    {"-vss", true, take_shadow_copy},
     {"-image", true, take_image},
-    {"-vmdk", true, refuse},
+    {"-vmdk", true, take_vmdk},
 };
 
 bool take_source(cmdline_options& options, argument_list& args) {

@@ -4,17 +4,14 @@
 
 #include "sources/ntfs_file.h"
 #include "sources/ntfs_path.h"
-#include "sources/ntfs_volume.h"
 
 namespace ovrik {
 
-std::unique_ptr<reg_hive> open_volume_hive(std::unique_ptr<RAW_DISK_IO> disk,
-                                           uint64_t volume_offset, const std::string& inner_path,
+std::unique_ptr<reg_hive> read_volume_hive(ntfs_volume& volume, const std::string& inner_path,
                                            diagnostics_log& log) {
-  ntfs_volume volume(std::move(disk), volume_offset);
   uint64_t inode = 0;
   uni::memory_block bytes;
-  if (!volume.mount() || !lookup_path(volume, inner_path, inode, log) ||
+  if (!lookup_path(volume, inner_path, inode, log) ||
       !read_file_by_inode(volume, inode, bytes, log)) {
     return nullptr;
   }
@@ -22,6 +19,13 @@ std::unique_ptr<reg_hive> open_volume_hive(std::unique_ptr<RAW_DISK_IO> disk,
   auto hive = std::make_unique<reg_hive>(std::move(bytes), ok);
   if (!ok) return nullptr;
   return hive;
+}
+
+std::unique_ptr<reg_hive> open_volume_hive(std::unique_ptr<RAW_DISK_IO> disk,
+                                           uint64_t volume_offset, const std::string& inner_path,
+                                           diagnostics_log& log) {
+  ntfs_volume volume(std::move(disk), volume_offset);
+  return volume.mount() ? read_volume_hive(volume, inner_path, log) : nullptr;
 }
 
 }  // namespace ovrik

@@ -149,7 +149,7 @@ bool list_dir_entries(ntfs_volume& volume, uint64_t inode, std::set<uint64_t>& c
   renumber(extents);
   block_reader blocks(volume, children);
   // Runs that name the same clusters over and over do not make an index larger than its disk.
-  uint64_t clusters_left = volume.disk_size() / volume.bytes_per_cluster();
+  uint64_t clusters_left = volume.stored_size() / volume.bytes_per_cluster();
   for (cluster_extent& extent : extents) {
     if (extent.sparse) continue;
     extent.count = std::min(extent.count, clusters_left);

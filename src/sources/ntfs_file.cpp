@@ -172,12 +172,13 @@ void read_compressed(ntfs_volume& volume, const data_stream& stream, uni::memory
   bytes.cut(filled);
 }
 
-/// How many bytes to make room for. 0: more than any reader takes, or than the disk can justify: a
-/// unit of compression holds at least one cluster of its own.
+/// How many bytes to make room for. 0: more than any reader takes, or than what is stored can
+/// justify: a unit of compression holds at least one cluster of its own, and a disk that gives out
+/// space as it is used leaves out zeros.
 size_t room_for(const ntfs_volume& volume, const data_stream& stream) {
-  const uint64_t total = total_size(volume, stream);
-  if (!stream.is_compressed()) return static_cast<size_t>(std::min(total, volume.disk_size()));
-  const bool justified = total <= largest_file && total / clusters_per_unit <= volume.disk_size();
+  uint64_t total = total_size(volume, stream);
+  if (!stream.is_compressed()) total = std::min(total, volume.disk_size());
+  const bool justified = total <= largest_file && total / clusters_per_unit <= volume.stored_size();
   return justified ? static_cast<size_t>(total) : 0;
 }
 

@@ -5,6 +5,7 @@
 
 #include "base/text.h"
 #include "sources/ntfs_directory.h"
+#include "sources/shadow_copy.h"
 
 namespace ovrik {
 
@@ -77,9 +78,10 @@ bool find_child(ntfs_volume& volume, uint64_t directory, const std::string& want
 
 }  // namespace
 
-bool lookup_path(ntfs_volume& volume, const std::string& path, uint64_t& inode,
+bool lookup_path(ntfs_volume& volume, const std::string& full_path, uint64_t& inode,
                  diagnostics_log& log) {
   inode = 0;
+  const std::string path = without_shadow_copy_device(full_path);
   if (path.empty()) return false;
   diag_printf(log, "->anal: %s", path.c_str());
   std::vector<std::string> segments = segments_of(path);

@@ -79,7 +79,7 @@ bool ntfs_volume::read_first_record() {
   m_record_size = byte_view(record).u32_at(allocated_record_bytes_at);
   if (!is_record_size(m_record_size)) return false;
 
-  m_references_left = 4 * (m_disk->size() / m_record_size);
+  m_references_left = 4 * (m_disk->stored_size() / m_record_size);
 
   // The pieces in the record itself come first: they lead to the records that hold the others.
   const auto take_piece = [this](byte_view /*holder*/, const ntfs_attribute& attribute) {
