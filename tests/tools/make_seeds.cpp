@@ -9,6 +9,7 @@
 #include "support/cache_builder.h"
 #include "support/ntfs_builder.h"
 #include "support/system_hive.h"
+#include "support/vmdk_builder.h"
 
 namespace {
 
@@ -86,6 +87,21 @@ bytes disk_with_gpt() {
   return disk;
 }
 
+/// The length of a base, the base, and a snapshot of it.
+bytes disk_chain() {
+  const vmdk_builder base{.descriptor = vmdk_descriptor_text("00000001", "ffffffff"),
+                          .data = {{1, bytes(100, 'a')}, {5, bytes(100, 'b')}}};
+  vmdk_builder child{.descriptor = vmdk_descriptor_text("00000002", "00000001", "base"),
+                     .data = {{5, bytes(100, 'c')}}};
+  child.zeroed = {1};
+  const bytes first = base.file();
+  bytes chain;
+  append_u32(chain, static_cast<uint32_t>(first.size()));
+  append(chain, first);
+  append(chain, child.file());
+  return chain;
+}
+
 bytes small_cache(int layout) {
   cache_builder cache(layout);
   cache.slots(2);
@@ -123,6 +139,7 @@ void write_seeds(const seed_folder& seeds) {
   seeds.add("lznt1", "unit", joined({0, 0x30, 0, 0}, packed_unit));
   seeds.add("partitions", "chain", disk_with_chain());
   seeds.add("partitions", "gpt", disk_with_gpt());
+  seeds.add("vmdk", "chain", disk_chain());
   const bytes hive =
       system_hive({{.number = 1, .cache = small_cache(13), .last_write = filetime(2023, 3, 4)}}, 1)
           .bytes();
