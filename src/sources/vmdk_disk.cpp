@@ -17,7 +17,7 @@ constexpr size_t grain_size_at = 20;         // u64, sectors
 constexpr size_t descriptor_offset_at = 28;  // u64, sectors
 constexpr size_t descriptor_size_at = 36;    // u64, sectors
 constexpr size_t table_entries_at = 44;      // u32
-constexpr size_t directory_at = 56;          // u64, sectors
+constexpr size_t directory_offset_at = 56;   // u64, sectors
 constexpr size_t overhead_at = 64;           // u64, sectors
 
 constexpr uint32_t zeroed_grain = 1;
@@ -61,7 +61,7 @@ bool vmdk_disk::read_header() {
       !to_bytes(view.u64_at(grain_size_at), m_grain_bytes) ||
       !to_bytes(view.u64_at(descriptor_offset_at), descriptor) ||
       !to_bytes(view.u64_at(descriptor_size_at), descriptor_size) ||
-      !to_bytes(view.u64_at(directory_at), directory) ||
+      !to_bytes(view.u64_at(directory_offset_at), directory) ||
       !to_bytes(view.u64_at(overhead_at), overhead)) {
     return false;
   }
