@@ -44,7 +44,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
        {std::vector<std::string>{first.path()}, {second.path()}, {first.path(), second.path()}}) {
     std::ostringstream text;
     std::vector<std::string> suggested;
-    const bool sound = vmdk_check_chain(paths, text, suggested);
+    const bool sound = ovrik::vmdk_check_chain(paths, text, suggested);
     if (!sound && suggested.size() < paths.size()) std::abort();
     const auto disk = ovrik::open_vmdk_chain(paths);
     if (disk == nullptr) continue;
