@@ -2,9 +2,7 @@
 
 #pragma once
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -67,8 +65,8 @@ inline void make_empty(const std::string& path, uint64_t size) {
 class volume_test : public testing::Test {
  protected:
   void SetUp() override {
-    for (const char* tool :
-         {"mkntfs", "ntfs-3g", "icat", "ifind", "mmls", "sfdisk", "sgdisk", "fdisk", "qemu-img"}) {
+    for (const char* tool : {"mkntfs", OVRIK_BUILD_DIR "/fill_ntfs", "icat", "ifind", "mmls",
+                             "sfdisk", "sgdisk", "fdisk", "qemu-img"}) {
       if (run_program("/usr/bin/which", {tool}).exit_status != 0) {
         SKIP_OR_FAIL(tool << " is missing");
       }
@@ -76,34 +74,29 @@ class volume_test : public testing::Test {
     write_file(folder.path("hive"), hive);
   }
 
-  /// Makes a volume with a hive in it; `fill` gets the folder that it is mounted on. False: this
-  /// machine mounts none.
-  template <class filler>
-  bool make_volume(const char* name, uint64_t size, words options, const filler& fill) const {
-    const std::string image = folder.path(name);
-    const std::string mount = image + ".mnt";
-    make_empty(image, size);
-    words arguments = {"-F", "-q"};
-    arguments.insert(arguments.end(), options.begin(), options.end());
-    arguments.push_back(image);
-    EXPECT_EQ(run_program("mkntfs", arguments).exit_status, 0) << name;
-    fs::create_directories(mount);
-    if (run_program("ntfs-3g", {image, mount, "-o", "compression"}).exit_status != 0) return false;
-    fs::create_directories(mount + "/Windows/System32/config");
-    fill(mount);
-    EXPECT_EQ(run_program("umount", {mount}).exit_status, 0) << name;
-    struct flock whole = {};  // the mount's process locks the image until it has written all
-    whole.l_type = F_WRLCK;
-    const int file = open(image.c_str(), O_RDWR | O_CLOEXEC);
-    EXPECT_EQ(fcntl(file, F_SETLKW, &whole), 0) << name;
-    close(file);
-    return true;
+  /// Makes a volume and fills it: `commands` are lines for fill_ntfs, run in the test's folder.
+  void make_volume(const char* name, uint64_t size, words options,
+                   const std::string& commands) const {
+    make_empty(folder.path(name), size);
+    options.insert(options.begin(), {"-F", "-q"});
+    options.push_back(folder.path(name));
+    EXPECT_EQ(run_program("mkntfs", options).exit_status, 0) << name;
+    const std::string folders =
+        "mkdir\t/Windows\nmkdir\t/Windows/System32\nmkdir\t/Windows/System32/config\n";
+    const run_result filled = run_program(OVRIK_BUILD_DIR "/fill_ntfs", {name},
+                                          {.input = folders + commands, .folder = folder.path()});
+    EXPECT_EQ(filled.exit_status, 0) << name << filled.err;
   }
 
-  bool make_small_volume(const char* name, words options = {"-c", "4096"}) const {
-    return make_volume(name, 8 * mebi, std::move(options), [this](const std::string& mount) {
-      write_file(mount + "/" + hive_path, hive);
-    });
+  /// The commands that put bytes of the hive behind what stands in its place.
+  static std::string append_hive(size_t offset, size_t length) {
+    return "append\t/" + hive_path + "\thive\t" + std::to_string(offset) + "\t" +
+           std::to_string(length) + "\n";
+  }
+
+  void make_small_volume(const char* name, words options = {"-c", "4096"}) const {
+    make_volume(name, 8 * mebi, std::move(options),
+                "empty\t/" + hive_path + "\n" + append_hive(0, hive.size()));
   }
 
   run_result run(const words& arguments) const {
