@@ -92,31 +92,31 @@ class carved_file {
   uni::fileio m_file;
 };
 
-/// The files of one run. Every operation returns false if something that was opened could not be
-/// written, and true if it did not open.
+/// The files of one run.
 class carved_files {
  public:
   carved_files(const scanned_source& source, cmdline_options& options)
       : m_source(source), m_options(options) {}
 
-  bool write_stats(const carved_cache& carved) const {
+  void write_stats(const carved_cache& carved) {
     carved_file stats("stats.txt", m_options);
-    if (!stats.file().is_open()) return true;
+    if (!stats.file().is_open()) return;
     uni::fileio_output out(stats.file());
     write_chunk_stats(out, m_source, carved);
     out.flush();
-    return stats.finish(out.good());
+    if (!stats.finish(out.good())) m_all_written = false;
   }
 
-  bool write_chunks(const std::vector<carved_chunk>& chunks, const char* name_end) const {
-    bool all_written = true;
+  void write_chunks(const std::vector<carved_chunk>& chunks, const char* name_end) {
     for (size_t i = 0; i < chunks.size(); ++i) {
       carved_file chunk("chunk_" + std::to_string(i) + name_end, m_options);
       if (!chunk.file().is_open()) continue;
-      if (!chunk.finish(write_chunk(chunk.file(), chunks[i]))) all_written = false;
+      if (!chunk.finish(write_chunk(chunk.file(), chunks[i]))) m_all_written = false;
     }
-    return all_written;
   }
+
+  /// False: something that was opened could not be written.
+  bool all_written() const { return m_all_written; }
 
  private:
   bool write_chunk(uni::fileio& file, const carved_chunk& chunk) const {
@@ -132,6 +132,7 @@ class carved_files {
 
   const scanned_source& m_source;
   cmdline_options& m_options;
+  bool m_all_written = true;
 };
 
 }  // namespace
@@ -151,10 +152,11 @@ int32_t run_memfile_road(cmdline_options& options) {
   }
   if (!are_bins_in_place(source)) return -1;
   const carved_cache carved = reassemble(source, words);
-  const carved_files files(source, options);
-  const bool written = files.write_stats(carved) & files.write_chunks(carved.primary, ".bin") &
-                       files.write_chunks(carved.other, "_other.bin");
-  return written && !(carved.primary.empty() && carved.other.empty()) ? 0 : -1;
+  carved_files files(source, options);
+  files.write_stats(carved);
+  files.write_chunks(carved.primary, ".bin");
+  files.write_chunks(carved.other, "_other.bin");
+  return files.all_written() && !(carved.primary.empty() && carved.other.empty()) ? 0 : -1;
 }
 
 }  // namespace ovrik
