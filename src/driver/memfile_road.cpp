@@ -34,8 +34,13 @@ class carving_words : public carve_listener {
     m_percent = percent;
   }
 
+  void layout_recognised(uint64_t offset, shim_layout layout) override {
+    diag_printf(m_options, "cache of layout %u at 0x%" PRIx64, static_cast<unsigned>(layout),
+                offset);
+  }
+
   void scan_stopped(uint64_t offset) override {
-    diag_printf(m_options, "the scan ended at 0x%" PRIx64, offset);
+    diag_printf(m_options, "the scan was cut short at 0x%" PRIx64, offset);
   }
 
   void db_cell_reached(size_t index, const db_cell& cell) override {

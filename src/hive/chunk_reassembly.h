@@ -35,7 +35,8 @@ struct carved_cache {
 };
 
 /// Makes chunks of the pages in `source`, whose maps are used up: a page goes into one chunk at
-/// most. Nothing says that a chunk is whole.
+/// most, but for a page with a header, which starts a chunk even if another one has it already.
+/// Nothing says that a chunk is whole.
 carved_cache reassemble(scanned_source& source, carve_listener& listener);
 
 /// The bytes of a piece.

@@ -12,7 +12,8 @@ namespace {
 /// Where the scan stands: the source, and whether a layout is known.
 class page_scan {
  public:
-  explicit page_scan(scanned_source& source) : m_source(source) {}
+  page_scan(scanned_source& source, carve_listener& listener)
+      : m_source(source), m_listener(listener) {}
 
   /// Looks at the page at `offset`. False: the rest of the source cannot have anything.
   bool look_at(uint64_t offset, byte_view page) {
@@ -28,7 +29,7 @@ class page_scan {
   }
 
   bool look_at_bin(uint64_t offset, byte_view page) {
-    if (!m_layout_known) recognise(page);
+    if (!m_layout_known) recognise(offset, page);
     if (!m_layout_known) {
       find_db_cell(offset, page);
       return true;
@@ -50,13 +51,14 @@ class page_scan {
   }
 
   /// The first cache in the source decides what is looked for in the rest of it.
-  void recognise(byte_view page) {
+  void recognise(uint64_t offset, byte_view page) {
     detected_shim found;
     if (!detect_shim_layout(page.clip(bin_page::data_at, bin_page::data_bytes), found)) return;
     const auto layout = chunk_layout_of(found.layout);
     if (!layout) return;
     m_source.layout = *layout;
     m_layout_known = true;
+    m_listener.layout_recognised(offset, found.layout);
   }
 
   /// Notes the first cell on a bin page that lists the segments of a large value. The cells in
@@ -89,6 +91,7 @@ class page_scan {
   }
 
   scanned_source& m_source;
+  carve_listener& m_listener;
   bool m_layout_known = false;
 };
 
@@ -96,7 +99,7 @@ class page_scan {
 void scan_blocks(scanned_source& source, carve_listener& listener, uint64_t& offset) {
   constexpr size_t block_bytes = 0x40000;  // small enough to stay in the processor's cache
   std::vector<uint8_t> block(block_bytes);
-  page_scan scan(source);
+  page_scan scan(source, listener);
   while (offset < source.file_size) {
     size_t size = block_bytes;
     const bool read = source.file.read_at(block.data(), size, offset) && size != 0;

@@ -31,6 +31,9 @@ class carve_listener {
   /// So many bytes of the source have been looked at.
   virtual void scanned(uint64_t bytes, uint64_t source_bytes) = 0;
 
+  /// The header at `offset` decided which layout is looked for in the rest of the source.
+  virtual void layout_recognised(uint64_t offset, shim_layout layout) = 0;
+
   /// The scan ended in front of its time: the source cannot be read from `offset` on, or there is
   /// no memory for more pages.
   virtual void scan_stopped(uint64_t offset) = 0;

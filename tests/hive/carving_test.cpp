@@ -45,6 +45,7 @@ class carving : public carve_listener {
     EXPECT_LE(count, source_bytes);
     looked_at = count;
   }
+  void layout_recognised(uint64_t, shim_layout layout) override { recognised = layout; }
   void scan_stopped(uint64_t offset) override { said += "stopped " + std::to_string(offset); }
   void db_cell_reached(size_t index, const db_cell& cell) override {
     said += "#" + std::to_string(index) + ":" + std::to_string(cell.segment_count) + " ";
@@ -57,6 +58,7 @@ class carving : public carve_listener {
   std::vector<bytes> primary, other;
   std::vector<page_run> runs;
   std::string said, stats;
+  shim_layout recognised = shim_layout::none;
   uint64_t chunk_bytes = 0;  ///< of the first chunk
   uint64_t looked_at = 0;
 
@@ -115,6 +117,7 @@ TEST(carving, brings_back_every_array_layout) {
     const bytes value = cache_of_segments(layout, 3);
     const size_t segments = layout == 1 ? 4 : 3;
     const carving hive(system_hive_with(value).bytes());
+    EXPECT_EQ(layout, static_cast<int>(hive.recognised));
     EXPECT_EQ("#0:" + std::to_string(segments) + " ", hive.said);
     ASSERT_EQ(1U, hive.primary.size());
     EXPECT_TRUE(padded(value, segments * segment_room) == hive.primary[0]);
