@@ -52,8 +52,8 @@ class fileio {
   /// Writes all bytes at the file's end. False: not all of them went out.
   bool append(const void* bytes, size_t size);
 
-  /// Makes the file `size` bytes long, which it must not be already; what is added reads as zeros
-  /// and takes no room where the host can leave it out. False: the system does not do it.
+  /// Makes a file that is shorter `size` bytes long; what is added reads as zeros and takes no room
+  /// where the host can leave it out. False: the system does not do it.
   bool extend(uint64_t size);
 
   /// Closes the file. False: the system says that something written did not arrive.
