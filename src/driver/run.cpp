@@ -8,6 +8,7 @@
 #include "driver/command_line.h"
 #include "driver/hive_road.h"
 #include "driver/list_road.h"
+#include "driver/memfile_road.h"
 #include "driver/results_file.h"
 #include "driver/tool_options.h"
 #include "driver/vmdk_road.h"
@@ -31,6 +32,7 @@ void prepare_end(cmdline_ctx& context, const cmdline_options& options) {
 int32_t take_road(cmdline_options& options, std::ostream& out, std::ostream& standard_output) {
   if (options.pipe_binary_mode) return run_pipe_binary_road(options, out);
   if (options.binary_mode) return run_binary_road(options, out, standard_output);
+  if (options.memfile_mode) return run_memfile_road(options);
   if (options.hive_mode || options.extract_mode || options.image_mode)
     return run_hive_road(options, out);
   if (options.vmdk_mode) return run_vmdk_road(options, out);

@@ -111,7 +111,10 @@ bool parse_tool_options(cmdline_options& options, argument_list& args) {
     options.binary_mode = true;
     options.source_path = value;
   }
-  if (take_option("-memfile", value, args)) return refuse(options, value, args);
+  if (take_option("-memfile", value, args)) {
+    options.memfile_mode = true;
+    options.source_path = value;
+  }
   options.pipe_binary_mode = take_flag("-pipe_binary", args);
   if (!options.pipe_binary_mode && !take_source(options, args)) return false;
   options.raw_mode = options.extract_mode;

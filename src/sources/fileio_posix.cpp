@@ -60,6 +60,10 @@ bool fileio::open_write(const std::string& path) {
   return open_descriptor(path, O_WRONLY | O_CREAT | O_TRUNC);
 }
 
+bool fileio::open_new(const std::string& path) {
+  return open_descriptor(path, O_WRONLY | O_CREAT | O_EXCL);
+}
+
 bool fileio::open_append(const std::string& path) { return open_descriptor(path, O_WRONLY); }
 
 void fileio::attach_standard_output() {
@@ -105,6 +109,10 @@ bool fileio::append(const void* bytes, size_t size) {
     written += static_cast<size_t>(put);
   }
   return true;
+}
+
+bool fileio::extend(uint64_t size) {
+  return is_open() && retried([&] { return ftruncate(m_fd, static_cast<off_t>(size)); }) == 0;
 }
 
 bool fileio::close() {
