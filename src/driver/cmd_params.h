@@ -43,8 +43,8 @@ struct registry_cmd_parameters : cmd_params {
 struct cmdline_options : registry_cmd_parameters {
   bool pipe_binary_mode = false;
   bool binary_mode = false;
-  bool vmdk_mode = false;
   bool memfile_mode = false;
+  bool vmdk_mode = false;
   bool image_mode = false;
   bool extract_mode = false;
   bool hive_mode = false;

@@ -75,11 +75,6 @@ bool take_vmdk(cmdline_options& options, const std::string& value, argument_list
   return parse_source_options(options, value, "-vmdk", args);
 }
 
-bool refuse(cmdline_options& /*options*/, const std::string& /*value*/, argument_list& /*args*/) {
-  std::fputs("This option is not offered in this build\n", stderr);
-  return false;
-}
-
 constexpr source_option source_options[] = {
     {"-livesys", false, refuse_live_system},
     {"-extract", true, take_extract},
