@@ -21,6 +21,11 @@ endif()
 if(e2e_sources AND TARGET ovrik)
   ovrik_add_test_program(ovrik_e2e ${e2e_sources} tests/e2e/tested_program.cpp)
   add_dependencies(ovrik_e2e ovrik)
-  target_compile_definitions(ovrik_e2e PRIVATE OVRIK_PROGRAM="$<TARGET_FILE:ovrik>")
+  if(TARGET fill_ntfs)
+    add_dependencies(ovrik_e2e fill_ntfs)
+  endif()
+  target_compile_definitions(ovrik_e2e PRIVATE
+    OVRIK_PROGRAM="$<TARGET_FILE:ovrik>"
+    OVRIK_BUILD_DIR="${PROJECT_BINARY_DIR}")
   include(wine_tests)
 endif()

@@ -8,6 +8,18 @@ bool byte_view::text_at(uint64_t offset, std::string_view text) const {
   return has(offset, text.size()) && std::memcmp(m_data + offset, text.data(), text.size()) == 0;
 }
 
+std::optional<size_t> byte_view::find(std::string_view text, uint64_t offset) const {
+  while (has(offset, text.size())) {
+    const size_t starts = m_size - static_cast<size_t>(offset) - text.size() + 1;
+    const void* hit = std::memchr(m_data + offset, text.front(), starts);
+    if (hit == nullptr) return std::nullopt;
+    const auto at = static_cast<size_t>(static_cast<const uint8_t*>(hit) - m_data);
+    if (text_at(at, text)) return at;
+    offset = at + 1;
+  }
+  return std::nullopt;
+}
+
 std::string byte_view::text() const { return std::string(m_data, m_data + m_size); }
 
 }  // namespace ovrik

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -47,6 +48,10 @@ class byte_view {
 
   /// True if the characters of `text` stand at `offset`, as bytes.
   bool text_at(uint64_t offset, std::string_view text) const;
+
+  /// Where the characters of `text`, one at least, stand first from `offset` on; nothing if they
+  /// do not.
+  std::optional<size_t> find(std::string_view text, uint64_t offset) const;
 
   /// The bytes as characters.
   std::string text() const;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <windows.h>
+#include <winioctl.h>
 
 #include <string>
 #include <string_view>

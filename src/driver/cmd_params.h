@@ -43,13 +43,16 @@ struct registry_cmd_parameters : cmd_params {
 struct cmdline_options : registry_cmd_parameters {
   bool pipe_binary_mode = false;
   bool binary_mode = false;
+  bool memfile_mode = false;
   bool vss_mode = false;
+  bool vmdk_mode = false;
   bool image_mode = false;
   bool extract_mode = false;
   bool hive_mode = false;
   bool livesys_mode = false;
   std::string source_path;     ///< UTF-8; the list roads rewrite it for every line
   uint64_t volume_offset = 0;  ///< in bytes
+  std::vector<std::string> vmdk_files;
 };
 
 }  // namespace ovrik

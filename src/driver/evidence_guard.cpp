@@ -12,7 +12,9 @@ namespace {
 
 /// True if an argument names the file, be it as a path, with variables or within a list.
 bool names_file(const std::string& argument, const std::string& path) {
-  for (const std::string& piece : split(argument, '|')) {
+  std::string list = argument;
+  for (const char separator : {',', ';'}) replace_all(list, separator, '|');
+  for (const std::string& piece : split(list, '|')) {
     std::string name = trim(piece);
     remove_all(name, '"');
     if (lvportdir::same_file(path, name)) return true;

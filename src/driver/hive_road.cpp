@@ -29,6 +29,19 @@ opened_source open_source(cmdline_options& options) {
 
 }  // namespace
 
+bool print_hive(cmdline_options& options, std::ostream& out, const reg_hive& hive) {
+  options.hive_location = options.source_path;
+  std::vector<registry_command> commands = build_shim_commands_current(options.source_path);
+  if (options.all_controlsets && !build_shim_commands_all(commands, hive, options.source_path)) {
+    return false;
+  }
+  if (run_registry_commands(commands, out, hive, options) == 0) {
+    print_problem("probs parsing from %s\n", options.hive_location.c_str());
+    return false;
+  }
+  return true;
+}
+
 int32_t run_hive_road(cmdline_options& options, std::ostream& out) {
   if (options.source_path.empty()) return -1;
   const auto [hive, inner_path] = open_source(options);
@@ -36,17 +49,7 @@ int32_t run_hive_road(cmdline_options& options, std::ostream& out) {
     print_problem("Problem opening %s\n", inner_path.c_str());
     return -1;
   }
-  if (!is_system_hive(*hive)) return -1;
-  options.hive_location = options.source_path;
-  std::vector<registry_command> commands = build_shim_commands_current(options.source_path);
-  if (options.all_controlsets && !build_shim_commands_all(commands, *hive, options.source_path)) {
-    return -1;
-  }
-  if (run_registry_commands(commands, out, *hive, options) == 0) {
-    print_problem("probs parsing from %s\n", options.hive_location.c_str());
-    return -1;
-  }
-  return 0;
+  return is_system_hive(*hive) && print_hive(options, out, *hive) ? 0 : -1;
 }
 
 }  // namespace ovrik

@@ -13,6 +13,9 @@ uint32_t enable_escape_sequences();
 /// Puts back what `enable_escape_sequences` returned, unless it is 0.
 void restore_console_mode(uint32_t mode);
 
+/// True if standard error goes to a terminal.
+bool standard_error_is_terminal();
+
 /// Makes the standard input give its bytes as they are.
 void set_binary_input();
 

@@ -1,4 +1,6 @@
 // A terminal needs no mode for escape sequences, and there are no named events.
+#include <unistd.h>
+
 #include "driver/host_console.h"
 
 namespace ovrik {
@@ -6,6 +8,8 @@ namespace ovrik {
 uint32_t enable_escape_sequences() { return 0; }
 
 void restore_console_mode(uint32_t /*mode*/) {}
+
+bool standard_error_is_terminal() { return isatty(STDERR_FILENO) != 0; }
 
 void set_binary_input() {}
 

@@ -26,6 +26,11 @@ void restore_console_mode(uint32_t mode) {
   if (mode != 0) SetConsoleMode(GetStdHandle(STD_ERROR_HANDLE), mode);
 }
 
+bool standard_error_is_terminal() {
+  DWORD mode = 0;
+  return GetConsoleMode(GetStdHandle(STD_ERROR_HANDLE), &mode) != 0;
+}
+
 void set_binary_input() { _setmode(_fileno(stdin), _O_BINARY); }
 
 bool signal_event(const std::string& name) {

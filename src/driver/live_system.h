@@ -12,6 +12,9 @@ bool find_live_hive(std::string& path);
 
 /// True if this run may read shadow copies. False: it may not, or there is no Windows that runs
 /// here; which has been said on standard error.
-bool check_shadow_copy_rights();
+bool check_shadow_copies();
+
+/// The same for the shadow copies of the running system.
+bool check_shadow_copies();
 
 }  // namespace ovrik

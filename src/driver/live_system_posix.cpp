@@ -4,17 +4,15 @@
 
 namespace ovrik {
 
-namespace {
-
-bool refuse() {
+bool find_live_hive(std::string& /*path*/) {
   std::fputs("this host has no running Windows to read\n", stderr);
   return false;
 }
 
-}  // namespace
-
-bool find_live_hive(std::string& /*path*/) { return refuse(); }
-
-bool check_shadow_copy_rights() { return refuse(); }
+bool check_shadow_copies() {
+  std::fputs("shadow copies are reached through a running Windows, which this host has not\n",
+             stderr);
+  return false;
+}
 
 }  // namespace ovrik

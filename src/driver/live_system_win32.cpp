@@ -24,8 +24,6 @@ bool find_live_hive(std::string& path) {
   return true;
 }
 
-bool check_shadow_copy_rights() {
-  return check_rights("This option requires admin privileges...\n");
-}
+bool check_shadow_copies() { return check_rights("This option requires admin privileges...\n"); }
 
 }  // namespace ovrik

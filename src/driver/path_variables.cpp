@@ -11,23 +11,22 @@ namespace {
 constexpr size_t longest_path = 512;
 constexpr int most_replacements = 64;  // a variable may hold its own name
 
-/// The value of a variable, which "vss" has where the environment gives it none: what stands
-/// before the number of a shadow copy.
-bool value_of(const std::string& name, std::string& value) {
+/// The value of a name between two "%" signs. False: it has none.
+bool find_value(const std::string& name, std::string& value) {
   if (environment_value(name, value)) return true;
-  if (!equal_ignoring_case(name, "vss")) return false;
-  value = shadow_copy_prefix;
+  if (lower_ascii(name) != "vss") return false;
+  value = shadow_copy_prefix();
   return true;
 }
 
-/// Replaces the first "%NAME%" whose variable exists. False: there is none.
+/// Replaces the first "%NAME%" that has a value. False: there is none.
 bool replace_first_variable(std::string& path) {
   size_t open = path.find('%');
   while (open != std::string::npos) {
     const size_t close = path.find('%', open + 1);
     if (close == std::string::npos) return false;
-    const std::string name = path.substr(open + 1, close - open - 1);
-    if (std::string value; value_of(name, value)) {
+    std::string value;
+    if (find_value(path.substr(open + 1, close - open - 1), value)) {
       path.replace(open, close + 1 - open, value);
       return true;
     }

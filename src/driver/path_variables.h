@@ -6,8 +6,8 @@
 namespace ovrik {
 
 /// Replaces each "%NAME%" in `path` by the variable's value, starting over behind each replacement,
-/// for at most 64 of them. "%vss%" is the prefix of a shadow copy's device unless the environment
-/// has another value for it. Names without a value stay, and so do paths of more than 512 bytes.
+/// for at most 64 of them. Without a variable of that name "%vss%" is the device path of a shadow
+/// copy without its number. Names without a value stay, and so do paths of more than 512 bytes.
 std::string expand_path_variables(std::string path);
 
 }  // namespace ovrik

@@ -8,8 +8,10 @@
 #include "driver/command_line.h"
 #include "driver/hive_road.h"
 #include "driver/list_road.h"
+#include "driver/memfile_road.h"
 #include "driver/results_file.h"
 #include "driver/tool_options.h"
+#include "driver/vmdk_road.h"
 #include "driver/wow64_redirect_adt.h"
 #include "output/utf8_locale.h"
 
@@ -30,10 +32,12 @@ void prepare_end(cmdline_ctx& context, const cmdline_options& options) {
 int32_t take_road(cmdline_options& options, std::ostream& out, std::ostream& standard_output) {
   if (options.pipe_binary_mode) return run_pipe_binary_road(options, out);
   if (options.binary_mode) return run_binary_road(options, out, standard_output);
+  if (options.memfile_mode) return run_memfile_road(options);
   if (options.hive_mode || options.extract_mode || options.livesys_mode || options.image_mode ||
       options.vss_mode) {
     return run_hive_road(options, out);
   }
+  if (options.vmdk_mode) return run_vmdk_road(options, out);
   if (options.pipe_mode || options.enumdir_mode) return run_list_road(options, out);
   return 0;
 }

@@ -7,6 +7,7 @@
 #include "driver/common_options.h"
 #include "driver/live_system.h"
 #include "driver/path_variables.h"
+#include "driver/vmdk_road.h"
 #include "sources/host_path.h"
 #include "sources/ntfs_offset.h"
 #include "sources/raw_disk_io.h"
@@ -36,7 +37,7 @@ bool take_live_system(cmdline_options& options, const std::string& /*value*/,
 bool take_shadow_copy(cmdline_options& options, const std::string& value, argument_list& /*args*/) {
   options.vss_mode = true;
   options.source_path = shadow_copy_device(value);
-  return check_shadow_copy_rights();
+  return check_shadow_copies();
 }
 
 bool take_extract(cmdline_options& options, const std::string& value, argument_list& /*args*/) {
@@ -72,9 +73,9 @@ bool take_image(cmdline_options& options, const std::string& value, argument_lis
   return false;
 }
 
-bool refuse(cmdline_options& /*options*/, const std::string& /*value*/, argument_list& /*args*/) {
-  std::fputs("This option is not offered in this build\n", stderr);
-  return false;
+bool take_vmdk(cmdline_options& options, const std::string& value, argument_list& args) {
+  options.vmdk_mode = true;
+  return parse_source_options(options, value, "-vmdk", args);
 }
 
 constexpr source_option source_options[] = {
@@ -83,7 +84,7 @@ constexpr source_option source_options[] = {
     {"-hive", true, take_hive},
     {"-vss", true, take_shadow_copy},
     {"-image", true, take_image},
-    {"-vmdk", true, refuse},
+    {"-vmdk", true, take_vmdk},
 };
 
 bool take_source(cmdline_options& options, argument_list& args) {
@@ -108,7 +109,10 @@ bool parse_tool_options(cmdline_options& options, argument_list& args) {
     options.binary_mode = true;
     options.source_path = value;
   }
-  if (take_option("-memfile", value, args)) return refuse(options, value, args);
+  if (take_option("-memfile", value, args)) {
+    options.memfile_mode = true;
+    options.source_path = value;
+  }
   options.pipe_binary_mode = take_flag("-pipe_binary", args);
   if (!options.pipe_binary_mode && !take_source(options, args)) return false;
   options.raw_mode = options.extract_mode;

@@ -5,24 +5,28 @@
 #include "driver/hive_source.h"
 #include "sources/ntfs_file.h"
 #include "sources/ntfs_path.h"
-#include "sources/ntfs_volume.h"
 
 namespace ovrik {
 
-std::unique_ptr<reg_hive> open_volume_hive(std::unique_ptr<RAW_DISK_IO> disk,
-                                           const volume_place& place) {
-  if (disk == nullptr) return nullptr;
-  ntfs_volume volume(std::move(disk), place.volume_offset);
+std::unique_ptr<reg_hive> read_volume_hive(ntfs_volume& volume, const std::string& inner_path,
+                                           diagnostics_log& log) {
   uint64_t inode = 0;
   uni::memory_block bytes;
-  if (!volume.mount() || !lookup_path(volume, place.inner_path, inode, place.log) ||
-      !read_file_by_inode(volume, inode, bytes, place.log)) {
+  if (!lookup_path(volume, inner_path, inode, log) ||
+      !read_file_by_inode(volume, inode, bytes, log)) {
     return nullptr;
   }
   bool ok = false;
   auto hive = std::make_unique<reg_hive>(std::move(bytes), ok);
   if (!ok) return nullptr;
   return hive;
+}
+
+std::unique_ptr<reg_hive> open_volume_hive(std::unique_ptr<RAW_DISK_IO> disk,
+                                           const volume_place& place) {
+  if (disk == nullptr) return nullptr;
+  ntfs_volume volume(std::move(disk), place.volume_offset);
+  return volume.mount() ? read_volume_hive(volume, place.inner_path, place.log) : nullptr;
 }
 
 std::unique_ptr<reg_hive> open_image_hive(const std::string& image, const volume_place& place) {

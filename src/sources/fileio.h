@@ -28,6 +28,10 @@ class fileio {
   /// does not let us write.
   bool open_write(const std::string& path);
 
+  /// Makes a file at `path` and opens it for writing. False: something has this name already, be it
+  /// a link that leads nowhere, or the system does not let us write.
+  bool open_new(const std::string& path);
+
   /// Opens an existing file for writing behind what it holds. False as for
   /// `open_write`.
   bool open_append(const std::string& path);
@@ -47,6 +51,10 @@ class fileio {
 
   /// Writes all bytes at the file's end. False: not all of them went out.
   bool append(const void* bytes, size_t size);
+
+  /// Makes a file that is shorter `size` bytes long; what is added reads as zeros and takes no room
+  /// where the host can leave it out. False: the system does not do it.
+  bool extend(uint64_t size);
 
   /// Closes the file. False: the system says that something written did not arrive.
   bool close();

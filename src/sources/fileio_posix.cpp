@@ -69,6 +69,13 @@ bool fileio::open_write(const std::string& path) {
   return is_open();
 }
 
+bool fileio::open_new(const std::string& path) {
+  close();
+  m_file = open_descriptor(path, O_WRONLY | O_CREAT | O_EXCL);
+  m_owned = true;
+  return is_open();
+}
+
 bool fileio::open_append(const std::string& path) {
   close();
   m_file = open_descriptor(path, O_WRONLY);
@@ -120,6 +127,11 @@ bool fileio::append(const void* bytes, size_t size) {
     written += static_cast<size_t>(put);
   }
   return true;
+}
+
+bool fileio::extend(uint64_t size) {
+  return is_open() &&
+         retried([&] { return ftruncate(descriptor_of(m_file), static_cast<off_t>(size)); }) == 0;
 }
 
 bool fileio::close() {

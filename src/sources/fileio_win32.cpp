@@ -98,6 +98,16 @@ bool fileio::open_write(const std::string& path) {
   return is_open();
 }
 
+bool fileio::open_new(const std::string& path) {
+  close();
+  const std::string name = ovrik::without_trailing_separators(path);
+  if (name.empty()) return false;
+  m_file = reinterpret_cast<intptr_t>(ovrik::open_handle(
+      name, GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, CREATE_NEW, FILE_ATTRIBUTE_NORMAL));
+  m_owned = true;
+  return is_open();
+}
+
 bool fileio::open_append(const std::string& path) {
   close();
   const std::string name = ovrik::without_trailing_separators(path);
@@ -155,6 +165,17 @@ bool fileio::append(const void* bytes, size_t size) {
   // A pipe or a console has no end to go to; everything written goes there anyway.
   SetFilePointerEx(file, {}, nullptr, FILE_END);
   return write_file(file, first, size);
+}
+
+bool fileio::extend(uint64_t size) {
+  if (!is_open()) return false;
+  HANDLE file = handle_of(m_file);
+  // What is not written takes no room then; a file system that cannot do that fills it.
+  DWORD unused = 0;
+  DeviceIoControl(file, FSCTL_SET_SPARSE, nullptr, 0, nullptr, 0, &unused, nullptr);
+  LARGE_INTEGER end{};
+  end.QuadPart = static_cast<LONGLONG>(size);
+  return SetFilePointerEx(file, end, nullptr, FILE_BEGIN) != 0 && SetEndOfFile(file) != 0;
 }
 
 bool fileio::close() {

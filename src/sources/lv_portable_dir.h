@@ -45,6 +45,10 @@ bool same_file(const std::string& left, const std::string& right);
 /// see an end.
 bool is_pipe(const std::string& path);
 
+/// Makes the folder at `path` (UTF-8) and those above it that are missing. False: it is no folder
+/// afterwards.
+bool make_folders(const std::string& path);
+
 /// Removes the plain file at `path`; leaves anything else, a link too, where it is.
 void remove_plain_file(const std::string& path);
 

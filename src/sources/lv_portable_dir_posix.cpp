@@ -100,6 +100,17 @@ bool is_pipe(const std::string& path) {
   return stat(name_of(path).c_str(), &status) == 0 && S_ISFIFO(status.st_mode);
 }
 
+bool make_folders(const std::string& path) {
+  constexpr mode_t new_folder_mode = 0777;
+  const std::string name = name_of(path);
+  for (size_t end = name.find('/', 1);; end = name.find('/', end + 1)) {
+    mkdir(name.substr(0, end).c_str(), new_folder_mode);
+    if (end == std::string::npos) break;
+  }
+  struct stat status {};
+  return stat(name.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
 void remove_plain_file(const std::string& path) {
   struct stat status {};
   const std::string name = name_of(path);

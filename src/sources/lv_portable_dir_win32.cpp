@@ -120,6 +120,21 @@ bool is_pipe(const std::string& path) {
   return name.starts_with("\\\\.\\pipe\\") || name.starts_with("\\\\?\\pipe\\");
 }
 
+bool make_folders(const std::string& path) {
+  const std::string name = ovrik::with_host_separators(ovrik::without_trailing_separators(path));
+  // A prefix and what it makes of the first part stay together.
+  const bool has_prefix = name.starts_with("\\\\");
+  for (size_t end = name.find('\\', has_prefix ? 4 : 1);; end = name.find('\\', end + 1)) {
+    ovrik::with_long_path(
+        to_wide(name.substr(0, end)),
+        [](const wchar_t* folder) { return CreateDirectoryW(folder, nullptr) != 0; },
+        [](bool done) { return !done; });
+    if (end == std::string::npos) break;
+  }
+  WIN32_FILE_ATTRIBUTE_DATA found{};
+  return ovrik::file_attributes(name, found) && is_folder(found.dwFileAttributes);
+}
+
 void remove_plain_file(const std::string& path) {
   const std::string name = ovrik::without_trailing_separators(path);
   WIN32_FILE_ATTRIBUTE_DATA found{};
@@ -128,7 +143,11 @@ void remove_plain_file(const std::string& path) {
     return;
   }
   ovrik::with_long_path(
-      to_wide(name), [](const wchar_t* file) { return DeleteFileW(file) != 0; },
+      to_wide(name),
+      [](const wchar_t* file) {
+        SetFileAttributesW(file, FILE_ATTRIBUTE_NORMAL);  // a read-only file cannot be removed
+        return DeleteFileW(file) != 0;
+      },
       [](bool done) { return !done; });
 }
 

@@ -25,7 +25,8 @@ constexpr uint32_t largest_node = 4096;
 constexpr size_t entry_length_at = 0x08;  // u16
 constexpr size_t key_length_at = 0x0A;    // u16
 constexpr size_t entry_flags_at = 0x0C;   // u16
-constexpr uint16_t last_entry_flag = 0x02;
+constexpr uint16_t last_entry = 0x02;
+constexpr uint16_t last_entry_with_children = 0x03;
 constexpr uint32_t longest_entry = 768;
 
 // $FILE_NAME.
@@ -44,8 +45,9 @@ void parse_node(byte_view node, std::set<uint64_t>& children) {
     const uint32_t length = entries.u16_at(at + entry_length_at);
     const uint32_t key_length = entries.u16_at(at + key_length_at);
     const uint64_t reference = entries.u64_at(at);
-    if (length > total || key_length > length || reference == 0 ||
-        (entries.u16_at(at + entry_flags_at) & last_entry_flag) != 0) {
+    const uint32_t flags = entries.u16_at(at + entry_flags_at);
+    if (length > total || key_length > length || reference == 0 || flags == last_entry ||
+        flags == last_entry_with_children) {
       return;
     }
     children.insert(reference & entry_mask);
@@ -71,6 +73,10 @@ class block_reader {
   void read(const cluster_extent& extent) {
     constexpr uint64_t read_bytes = 0x40000;
     const uint32_t cluster = m_volume.bytes_per_cluster();
+    // Behind a gap or a damaged place the extent may begin within a block.
+    const auto lead =
+        static_cast<size_t>(extent.vcn % index_block_bytes * cluster % index_block_bytes);
+    if (m_block.size() != lead) m_block.assign(lead, 0);
     const uint64_t clusters_per_read = std::max<uint64_t>(read_bytes / cluster, 1);
     std::vector<uint8_t> bytes;
     for (uint64_t done = 0; done < extent.count; done += clusters_per_read) {
@@ -101,17 +107,23 @@ class block_reader {
   std::vector<uint8_t> m_block;
 };
 
-/// Adds what one piece of the index holds. The clusters of all allocation pieces are gathered
-/// first: a block may lie in two of them.
+/// The clusters of all pieces of an index, which are gathered first: a block may lie in two.
+struct index_clusters {
+  cluster_extents extents;
+  uint64_t allocated_size = 0;  ///< in bytes, as the first piece states it
+};
+
+/// Adds what one piece of the index holds.
 void take_index_piece(const ntfs_attribute& attribute, std::set<uint64_t>& children,
-                      cluster_extents& extents) {
+                      index_clusters& clusters) {
   if (attribute.name() != file_name_index) return;
   if (attribute.type() == ntfs_type::index_root && !attribute.non_resident()) {
     parse_root(attribute, children);
   }
   if (attribute.type() == ntfs_type::index_allocation && attribute.non_resident()) {
     if (attribute.first_vcn() == 0 && attribute.initialized_size() == 0) return;
-    decode_run_list(extents, attribute.runs(), attribute.first_vcn());
+    if (attribute.first_vcn() == 0) clusters.allocated_size = attribute.allocated_size();
+    decode_run_list(clusters.extents, attribute.runs(), attribute.first_vcn());
   }
 }
 
@@ -138,19 +150,19 @@ bool list_dir_entries(ntfs_volume& volume, uint64_t inode, std::set<uint64_t>& c
     inode = base;
     if (!volume.read_mft_record(inode, record)) return false;
   }
-  cluster_extents extents;
+  index_clusters clusters;
   for (const ntfs_attribute& attribute : attributes_of(byte_view(record))) {
-    take_index_piece(attribute, children, extents);
+    take_index_piece(attribute, children, clusters);
   }
   visit_foreign_attributes(volume, byte_view(record), inode, list_trust::any_record, nullptr,
                            [&](byte_view /*holder*/, const ntfs_attribute& attribute) {
-                             take_index_piece(attribute, children, extents);
+                             take_index_piece(attribute, children, clusters);
                            });
-  renumber(extents);
+  place_pieces(clusters.extents, clusters.allocated_size / volume.bytes_per_cluster());
   block_reader blocks(volume, children);
   // Runs that name the same clusters over and over do not make an index larger than its disk.
-  uint64_t clusters_left = volume.disk_size() / volume.bytes_per_cluster();
-  for (cluster_extent& extent : extents) {
+  uint64_t clusters_left = volume.stored_size() / volume.bytes_per_cluster();
+  for (cluster_extent& extent : clusters.extents) {
     if (extent.sparse) continue;
     extent.count = std::min(extent.count, clusters_left);
     clusters_left -= extent.count;

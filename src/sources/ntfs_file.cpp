@@ -75,26 +75,32 @@ bool find_data(ntfs_volume& volume, uint64_t inode, data_stream& stream, diagnos
                            [&stream](byte_view /*holder*/, const ntfs_attribute& attribute) {
                              add_piece(stream, attribute);
                            });
-  renumber(stream.extents);
+  place_pieces(stream.extents, stream.allocated_size / volume.bytes_per_cluster());
   return stream.found;
 }
 
 /// The bytes that a stream can have at most: what it states and what its extents hold.
 uint64_t total_size(const ntfs_volume& volume, const data_stream& stream) {
-  const uint64_t clusters = cluster_count(stream.extents);
+  const uint64_t clusters = end_vcn(stream.extents);
   const uint64_t held = clusters > largest_file / volume.bytes_per_cluster()
                             ? stream.stated_size
                             : clusters * volume.bytes_per_cluster();
   return std::min(stream.stated_size, held);
 }
 
-/// Reads the real clusters one behind the other until `bytes` is full or one cannot be read.
+/// Reads the real clusters one behind the other, gaps between them left as zeros, until `bytes` is
+/// full or one cannot be read.
 void read_plain(ntfs_volume& volume, const data_stream& stream, uni::memory_block& bytes) {
   const uint32_t cluster = volume.bytes_per_cluster();
   const size_t whole = bytes.size() / cluster * cluster;
   size_t done = 0;
   bool failed = false;
+  uint64_t vcn = 0;
   for (const cluster_extent& extent : stream.extents) {
+    // What a missing piece held is zeros, so that all behind it stays in its place.
+    const uint64_t gap = std::min<uint64_t>(extent.vcn - vcn, (whole - done) / cluster);
+    done += static_cast<size_t>(gap) * cluster;
+    vcn = extent.vcn + extent.count;
     if (extent.sparse) continue;
     const uint64_t wanted = std::min<uint64_t>(extent.count, (whole - done) / cluster) * cluster;
     const uint64_t read = volume.read_clusters(extent.lcn, bytes.data() + done, wanted);
@@ -134,7 +140,7 @@ stored_unit read_unit(ntfs_volume& volume, const cluster_extents& extents, uint6
     if (extent == extents.end()) break;
     const size_t begin = unit.bytes.size();
     unit.bytes.resize(begin + cluster);
-    if (extent->sparse) {
+    if (extent->sparse || vcn < extent->vcn) {
       unit.has_hole = true;
       continue;
     }
@@ -172,13 +178,16 @@ void read_compressed(ntfs_volume& volume, const data_stream& stream, uni::memory
   bytes.cut(filled);
 }
 
-/// How many bytes to make room for. 0: more than any reader takes, or than the disk can justify: a
-/// unit of compression holds at least one cluster of its own.
+/// How many bytes to make room for: no more than any reader takes, nor than what is stored can
+/// justify. A unit of compression holds at least one cluster of its own, and a disk that gives out
+/// space as it is used leaves out zeros.
 size_t room_for(const ntfs_volume& volume, const data_stream& stream) {
-  const uint64_t total = total_size(volume, stream);
-  if (!stream.is_compressed()) return static_cast<size_t>(std::min(total, volume.disk_size()));
-  const bool justified = total <= largest_file && total / clusters_per_unit <= volume.disk_size();
-  return justified ? static_cast<size_t>(total) : 0;
+  uint64_t room = std::min(total_size(volume, stream), largest_file);
+  if (!stream.is_compressed()) room = std::min(room, volume.disk_size());
+  if (room / clusters_per_unit > volume.stored_size()) {
+    room = volume.stored_size() * clusters_per_unit;
+  }
+  return static_cast<size_t>(room);
 }
 
 }  // namespace
@@ -195,7 +204,7 @@ bool read_file_by_inode(ntfs_volume& volume, uint64_t inode, uni::memory_block& 
       stream.non_resident ? stream.stated_size : uint64_t{stream.resident_bytes.size()};
   diag_printf(log, "->info: data size 0x%llx", printable(stated));
   const size_t room = stream.non_resident ? room_for(volume, stream) : stream.resident_bytes.size();
-  if (room == 0 || room > largest_file || !bytes.allocate(room)) return false;
+  if (room == 0 || !bytes.allocate(room)) return false;
   if (!stream.non_resident) {
     std::memcpy(bytes.data(), stream.resident_bytes.data(), room);
   } else if (stream.is_compressed()) {

@@ -11,25 +11,32 @@ namespace ovrik {
 
 namespace {
 
-bool is_bare_ntfs(RAW_DISK_IO& disk) {
+bool has_ntfs_at(RAW_DISK_IO& disk, uint64_t offset) {
   std::vector<uint8_t> sector(512);
   auto size = static_cast<uint32_t>(sector.size());
-  return disk.read(sector.data(), size, 0) && byte_view(sector).text_at(3, "NTFS    ");
+  return disk.read(sector.data(), size, offset) && byte_view(sector).text_at(3, "NTFS    ");
 }
 
-/// Fills `list` with what the tables of the disk name, or a stray table. False: there is neither,
-/// which is said, or a bare volume, for which `bare` is set.
-bool find_any_partitions(std::ostream& text, RAW_DISK_IO& disk, partition_list& list, bool& bare) {
-  bare = false;
-  if (find_partitions(disk, list, false)) return true;
-  bare = is_bare_ntfs(disk);
-  if (bare) return false;
+/// What stands in for a table on a disk that has none.
+enum class untabled {
+  stray_table,  ///< one that was found elsewhere, which is said
+  volume,       ///< a volume at the offset asked for, or at 0, which the offset then becomes
+  nothing,      ///< which is said
+};
+
+untabled look_without_table(std::ostream& text, RAW_DISK_IO& disk, partition_list& list,
+                            uint64_t& offset) {
+  if (has_ntfs_at(disk, offset)) return untabled::volume;
+  if (has_ntfs_at(disk, 0)) {
+    offset = 0;
+    return untabled::volume;
+  }
   if (!find_partitions(disk, list, true)) {
     text << "couldn't find any partitions on disk\n";
-    return false;
+    return untabled::nothing;
   }
   text << "disk is corrupted, partition info questionable\n";
-  return true;
+  return untabled::stray_table;
 }
 
 bool lies_inside(const RAW_DISK_IO& disk, const partition_info& partition) {
@@ -48,10 +55,9 @@ bool pick_ntfs_offset(std::ostream& text, bool& found, uint64_t& offset, RAW_DIS
     return false;
   }
   partition_list list;
-  bool bare = false;
-  if (!find_any_partitions(text, disk, list, bare)) {
-    if (bare) offset = 0;
-    return found = bare;
+  if (!find_partitions(disk, list, false)) {
+    const untabled there = look_without_table(text, disk, list, offset);
+    if (there != untabled::stray_table) return found = there == untabled::volume;
   }
 
   std::optional<uint64_t> last_ntfs;

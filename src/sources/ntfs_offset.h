@@ -12,7 +12,8 @@ namespace ovrik {
 /// partition table names. What is to be said goes to `text`, line by line. True: `offset` is right.
 /// False with `found`: there is an NTFS volume, but not there, or the disk ends within it; `offset`
 /// is then the last one of the table, if the table names one elsewhere. False without: there is
-/// none. `ignore_size` passes a volume that the disk cuts short.
+/// none. A disk without a table is believed to have a volume where one begins at the offset.
+/// `ignore_size` passes a volume that the disk cuts short.
 bool pick_ntfs_offset(std::ostream& text, bool& found, uint64_t& offset, RAW_DISK_IO& disk,
                       bool ignore_size);
 

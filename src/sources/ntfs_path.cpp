@@ -78,14 +78,14 @@ bool find_child(ntfs_volume& volume, uint64_t directory, const std::string& want
 
 }  // namespace
 
-bool lookup_path(ntfs_volume& volume, const std::string& path, uint64_t& inode,
+bool lookup_path(ntfs_volume& volume, const std::string& full_path, uint64_t& inode,
                  diagnostics_log& log) {
   inode = 0;
+  const std::string path = without_shadow_copy_device(full_path);
   if (path.empty()) return false;
-  const std::string inner = without_shadow_copy(path);
-  diag_printf(log, "->anal: %s", inner.c_str());
-  std::vector<std::string> segments = segments_of(inner);
-  const bool from_root = inner.front() == (inner.find('/') == std::string::npos ? '\\' : '/');
+  diag_printf(log, "->anal: %s", path.c_str());
+  std::vector<std::string> segments = segments_of(path);
+  const bool from_root = path.front() == (path.find('/') == std::string::npos ? '\\' : '/');
   if (from_root) diag_printf(log, "->root dir");
   inode = root_directory;
   if (segments.empty()) {

@@ -28,7 +28,9 @@ uint64_t signed_field_value(byte_view field) {
 }  // namespace
 
 void decode_run_list(cluster_extents& extents, byte_view runs, uint64_t first_vcn) {
-  uint64_t vcn = first_vcn;
+  // Where a piece says that it lies orders it among the others; whether that makes sense is seen
+  // when all of them are there.
+  uint64_t vcn = std::min(first_vcn, most_clusters / 2);
   uint64_t lcn = 0;
   for (uint64_t at = 0; runs.u8_at(at) != 0;) {
     const uint32_t count_bytes = runs.u8_at(at) & 0x0F;
@@ -47,21 +49,26 @@ void decode_run_list(cluster_extents& extents, byte_view runs, uint64_t first_vc
   }
 }
 
-uint64_t cluster_count(const cluster_extents& extents) {
-  uint64_t count = 0;
-  for (const cluster_extent& extent : extents) count += extent.count;
-  return count;
-}
-
-void renumber(cluster_extents& extents) {
+void place_pieces(cluster_extents& extents, uint64_t clusters) {
   std::stable_sort(
       extents.begin(), extents.end(),
       [](const cluster_extent& left, const cluster_extent& right) { return left.vcn < right.vcn; });
+  uint64_t end = 0;
+  bool overlap = false;
+  for (const cluster_extent& extent : extents) {
+    overlap = overlap || extent.vcn < end;
+    end = extent.vcn + extent.count;
+  }
+  if (!overlap && end <= clusters) return;
   uint64_t vcn = 0;
   for (cluster_extent& extent : extents) {
     extent.vcn = vcn;
     vcn += extent.count;
   }
+}
+
+uint64_t end_vcn(const cluster_extents& extents) {
+  return extents.empty() ? 0 : extents.back().vcn + extents.back().count;
 }
 
 }  // namespace ovrik

@@ -23,10 +23,12 @@ using cluster_extents = std::vector<cluster_extent>;
 /// an element that does not fit, or at one that leads further than any volume reaches.
 void decode_run_list(cluster_extents& extents, byte_view runs, uint64_t first_vcn);
 
-/// The clusters of all extents together, holes included.
-uint64_t cluster_count(const cluster_extents& extents);
+/// Puts the extents of all pieces of an attribute into the order of their VCNs. What a piece that
+/// is missing held stays a gap, unless the VCNs overlap or lead past the `clusters` that the
+/// attribute has: they are then numbered anew from 0, without gaps.
+void place_pieces(cluster_extents& extents, uint64_t clusters);
 
-/// Puts extents into the order of their VCNs and numbers these anew from 0, without gaps.
-void renumber(cluster_extents& extents);
+/// The VCN behind the last extent: the clusters of an attribute, holes and gaps included.
+uint64_t end_vcn(const cluster_extents& extents);
 
 }  // namespace ovrik

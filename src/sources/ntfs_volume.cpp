@@ -79,11 +79,13 @@ bool ntfs_volume::read_first_record() {
   m_record_size = byte_view(record).u32_at(allocated_record_bytes_at);
   if (!is_record_size(m_record_size)) return false;
 
-  m_references_left = 4 * (m_disk->size() / m_record_size);
+  m_references_left = 4 * (m_disk->stored_size() / m_record_size);
 
   // The pieces in the record itself come first: they lead to the records that hold the others.
-  const auto take_piece = [this](byte_view /*holder*/, const ntfs_attribute& attribute) {
+  uint64_t allocated = 0;
+  const auto take_piece = [&](byte_view /*holder*/, const ntfs_attribute& attribute) {
     if (attribute.type() != ntfs_type::data || !attribute.non_resident()) return;
+    if (attribute.first_vcn() == 0) allocated = attribute.allocated_size();
     decode_run_list(m_mft_extents, attribute.runs(), attribute.first_vcn());
   };
   for (const ntfs_attribute& attribute : attributes_of(byte_view(record))) {
@@ -91,7 +93,7 @@ bool ntfs_volume::read_first_record() {
   }
   visit_foreign_attributes(*this, byte_view(record), 0, list_trust::same_sequence, nullptr,
                            take_piece);
-  renumber(m_mft_extents);
+  place_pieces(m_mft_extents, allocated / m_bytes_per_cluster);
   return !m_mft_extents.empty();
 }
 

@@ -26,6 +26,7 @@ class ntfs_volume {
 
   uint32_t bytes_per_cluster() const { return m_bytes_per_cluster; }
   uint64_t disk_size() const { return m_disk->size(); }
+  uint64_t stored_size() const { return m_disk->stored_size(); }
 
   /// Reads MFT record `entry`. False: it lies outside the MFT, cannot be read whole, or is neither
   /// a file record nor an index block. `record` is then empty, or a damaged ("BAAD") record as it

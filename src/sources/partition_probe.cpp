@@ -31,6 +31,10 @@ constexpr uint16_t fat32_type = 12;
 constexpr uint16_t linux_type = 131;
 constexpr uint16_t hfs_type = 175;
 
+void set_type(partition_info& partition, uint16_t type) {
+  partition.type = static_cast<uint16_t>((partition.type & partition_info::guess_bit) | type);
+}
+
 void set_count_if_unknown(partition_info& partition, uint64_t count) {
   if (partition.sector_count == 0) partition.sector_count = count;
 }
@@ -42,7 +46,7 @@ void set_sector_size(partition_info& partition, uint32_t bytes) {
 
 bool probe_ext(partition_info& partition, byte_view bytes) {
   if (bytes.size() < superblock_bytes || bytes.u16_at(ext_mark_at) != ext_mark) return false;
-  partition.type = linux_type;
+  set_type(partition, linux_type);
   const uint32_t power = bytes.u32_at(ext_block_power_at);
   const uint64_t block_bytes = power < 16 ? uint64_t{1024} << power : 0;
   set_count_if_unknown(partition, block_bytes * bytes.u32_at(ext_block_count_at));
@@ -54,32 +58,32 @@ bool probe_hfs(partition_info& partition, byte_view bytes) {
       !(bytes.text_at(hfs_mark_at, "H+") || bytes.text_at(hfs_mark_at, "HX"))) {
     return false;
   }
-  partition.type = hfs_type;
+  set_type(partition, hfs_type);
   return true;
 }
 
 bool probe_fat(partition_info& partition, byte_view bytes) {
   if (bytes.text_at(fat32_name_at, "FAT32")) {
-    partition.type = fat32_type;
+    set_type(partition, fat32_type);
     partition.sector_count = bytes.u32_at(fat32_sectors_at);
     return true;
   }
   if (!bytes.text_at(fat16_name_at, "FAT16")) return false;
-  partition.type = fat16_type;
+  set_type(partition, fat16_type);
   set_count_if_unknown(partition, bytes.u32_at(fat32_sectors_at));
   return true;
 }
 
 bool recognise(partition_info& partition, byte_view bytes) {
   if (bytes.text_at(oem_id_at, "EXFAT   ")) {
-    partition.type = ntfs_type_byte;
+    set_type(partition, ntfs_type_byte);
     const uint8_t power = bytes.u8_at(exfat_sector_power_at);
     set_sector_size(partition, power < 16 ? 1U << power : 0);
     set_count_if_unknown(partition, bytes.u64_at(exfat_sectors_at));
     return true;
   }
   if (bytes.text_at(oem_id_at, "NTFS    ") || bytes.text_at(oem_id_at, "-FVE-FS-")) {
-    partition.type = ntfs_type_byte;
+    set_type(partition, ntfs_type_byte);
     set_sector_size(partition, bytes.u16_at(bytes_per_sector_at));
     set_count_if_unknown(partition, bytes.u64_at(ntfs_sectors_at));
     return true;

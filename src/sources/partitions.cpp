@@ -93,17 +93,15 @@ class table_walk {
 
   /// The four slots of the master boot record and what they lead to.
   bool walk(byte_view block) {
+    uint64_t chain = 0;
     for (uint32_t i = 0; i < slot_count; ++i) {
       const table_slot slot = slot_at(block, i);
-      if (slot.type == gpt_type) return walk_gpt();
-      if (slot.is_extended()) {
-        if (slot.is_used()) m_list.push_back(partition_of(slot, 0, m_sector));
-        // A chain that cannot be read takes nothing from what the table itself names.
-        if (slot.first_sector != 0) walk_chain(slot.first_sector);
-        break;
-      }
+      if (slot.type == gpt_type && chain == 0) return walk_gpt();
       if (slot.is_used()) m_list.push_back(partition_of(slot, 0, m_sector));
+      if (slot.is_extended() && chain == 0) chain = slot.first_sector;
     }
+    // A chain that cannot be read takes nothing from what the table itself names.
+    if (chain != 0) walk_chain(chain);
     for (partition_info& partition : m_list) probe(partition);
     return !m_list.empty();
   }
@@ -207,19 +205,20 @@ class table_walk {
   uint32_t m_sector;
 };
 
-bool any_recognised(const partition_list& list) {
-  return std::any_of(list.begin(), list.end(),
-                     [](const partition_info& partition) { return partition.recognised; });
+bool leads_somewhere(const partition_list& list) {
+  return std::any_of(list.begin(), list.end(), [](const partition_info& partition) {
+    return partition.recognised || partition.type == gpt_type;
+  });
 }
 
 /// Walks the table at the smallest sector size that leads somewhere: disks with larger sectors bear
 /// the same mark at 510.
 bool walk_table(RAW_DISK_IO& disk, partition_list& list, byte_view start) {
   const bool found = table_walk(disk, list, small_sector).walk(start);
-  if (found && any_recognised(list)) return true;
+  if (found && leads_somewhere(list)) return true;
   for (const uint32_t sector : larger_sectors) {
     partition_list other;
-    if (table_walk(disk, other, sector).walk(start) && any_recognised(other)) {
+    if (table_walk(disk, other, sector).walk(start) && leads_somewhere(other)) {
       list = other;
       return true;
     }

@@ -22,6 +22,9 @@ class RAW_DISK_IO {
 
   /// Bytes that may be read; no read starts at or beyond.
   virtual uint64_t size() const = 0;
+
+  /// Bytes that the source really holds: fewer than `size` where space is given out as it is used.
+  virtual uint64_t stored_size() const { return size(); }
 };
 
 /// Opens an image file or a disk (UTF-8 path). Nothing: it does not open.

@@ -1,21 +1,16 @@
 #include "sources/shadow_copy.h"
 
-#include <string_view>
-
 #include "base/text.h"
 
 namespace ovrik {
 
 namespace {
 
-constexpr std::string_view prefix = shadow_copy_prefix;
+constexpr const char* device_prefix = R"(\\?\GLOBALROOT\Device\HarddiskVolumeShadowCopy)";
+constexpr const char* identifier_prefix = R"(\\.\snapid_)";
+constexpr size_t identifier_length = 36;
 
-// "\\.\snapid_" and 36 characters
-constexpr size_t snapshot_mark_at = 4;
-constexpr std::string_view snapshot_mark = "snapid_";
-constexpr size_t snapshot_path_at = 47;
-
-/// `path` from the first backslash on that stands at `from` or behind it; all of it without one.
+/// What stands from the first backslash at or behind `from` on; all of it if there is none.
 std::string from_backslash(const std::string& path, size_t from) {
   const size_t at = path.find('\\', from);
   return at == std::string::npos ? path : path.substr(at);
@@ -23,20 +18,25 @@ std::string from_backslash(const std::string& path, size_t from) {
 
 }  // namespace
 
-std::string shadow_copy_device(const std::string& text) {
-  const size_t at = text.find(prefix);
-  if (at == std::string::npos) return shadow_copy_prefix + text;
-  const size_t number_at = at + prefix.size();
-  return shadow_copy_prefix + text.substr(number_at, text.find('\\', number_at) - number_at);
+std::string shadow_copy_prefix() { return device_prefix; }
+
+std::string shadow_copy_device(const std::string& value) {
+  const std::string prefix = shadow_copy_prefix();
+  const size_t at = value.find(prefix);
+  if (at == std::string::npos) return prefix + value;
+  const size_t number = at + prefix.size();
+  return prefix + value.substr(number, value.find('\\', number) - number);
 }
 
-std::string without_shadow_copy(const std::string& path) {
+std::string without_shadow_copy_device(const std::string& path) {
   const std::string lower = lower_ascii(path);
-  if (lower.starts_with(lower_ascii(prefix))) return from_backslash(path, prefix.size());
-  if (lower.starts_with("\\\\.\\") && path.size() > snapshot_path_at &&
-      lower.compare(snapshot_mark_at, snapshot_mark.size(), snapshot_mark) == 0) {
-    return from_backslash(path, snapshot_path_at);
+  const std::string prefix = lower_ascii(shadow_copy_prefix());
+  if (lower.starts_with(prefix) && lower.size() > prefix.size()) {
+    return from_backslash(path, prefix.size());
   }
+  const std::string identifier = identifier_prefix;
+  const size_t end = identifier.size() + identifier_length;
+  if (lower.starts_with(identifier) && lower.size() > end) return from_backslash(path, end);
   return path;
 }
 

@@ -1,19 +1,20 @@
-// Names of Volume Shadow Copies, which the running Windows gives as devices.
+// Names of Volume Shadow Copies, as a running Windows gives them.
 #pragma once
 
 #include <string>
 
 namespace ovrik {
 
-/// What stands before the number of a shadow copy in the name of its device.
-constexpr const char* shadow_copy_prefix = "\\\\?\\GLOBALROOT\\Device\\HarddiskVolumeShadowCopy";
+/// The device path of a shadow copy without its number.
+std::string shadow_copy_prefix();
 
-/// The device that a user means: by its number, or by a name that was pasted, whatever stands
-/// around it.
-std::string shadow_copy_device(const std::string& text);
+/// The device path of the shadow copy that `value` names: a number, or a pasted device path with or
+/// without a path behind it.
+std::string shadow_copy_device(const std::string& value);
 
-/// `path` from behind the shadow copy that it begins with: a device, or the identifier of a
-/// snapshot. All of it if it begins with none, or if nothing follows.
-std::string without_shadow_copy(const std::string& path);
+/// `path` from the first backslash behind a shadow copy's device on: its device path, or
+/// "\\.\snapid_" with an identifier of 36 characters. Any other path stays, and so does one without
+/// such a backslash.
+std::string without_shadow_copy_device(const std::string& path);
 
 }  // namespace ovrik

@@ -1,7 +1,6 @@
 // Hives of a running system: held files, its volume, its shadow copies.
 #include <gtest/gtest.h>
 
-#include "base/text.h"
 #include "driver/hive_source.h"
 #include "driver/volume_source.h"
 #include "sources/shadow_copy.h"
@@ -45,7 +44,7 @@ class live_sources : public testing::Test {
     return {.inner_path = inner, .log = log, .devices = devices};
   }
 
-  const std::string copy_three = shadow_copy_prefix + std::string("3");
+  const std::string copy_three = shadow_copy_device("3");
   memory_devices devices;
   diagnostics_log log;
 };
@@ -79,38 +78,6 @@ TEST_F(live_sources, a_shadow_copy_is_read_from_its_device) {
   EXPECT_EQ(open_shadow_copy_hive(copy_three + "0", place()), nullptr);  // no such number
   devices.devices[copy_three].answers.clear();
   EXPECT_EQ(open_shadow_copy_hive(copy_three, place()), nullptr);
-}
-
-TEST(shadow_copy, every_spelling_names_one_device) {
-  const std::string prefix = shadow_copy_prefix;
-  const std::pair<std::string, std::string> spellings[] = {
-      {"3", prefix + "3"},
-      {prefix + "3", prefix + "3"},
-      {prefix + "12\\windows\\x", prefix + "12"},
-      {"\"" + prefix + "3\\", prefix + "3"},
-      {"3\\foo", prefix + "3\\foo"},
-      {lower_ascii(prefix) + "3", prefix + lower_ascii(prefix) + "3"},  // its case counts
-      {prefix, prefix},
-  };
-  for (const auto& [text, device] : spellings) EXPECT_EQ(shadow_copy_device(text), device) << text;
-}
-
-TEST(shadow_copy, a_path_goes_on_behind_its_device) {
-  const std::string prefix = shadow_copy_prefix;
-  const std::string snapshot = "\\\\.\\snapid_" + std::string(36, 'a');
-  const std::pair<std::string, std::string> paths[] = {
-      {prefix + "7\\Windows", "\\Windows"},
-      {lower_ascii(prefix) + "12\\windows\\x", "\\windows\\x"},
-      {prefix + "7", prefix + "7"},
-      {snapshot + "\\Windows", "\\Windows"},
-      {snapshot + "0\\Windows", "\\Windows"},
-      {snapshot + "0000", snapshot + "0000"},
-      {snapshot, snapshot},
-      {"\\\\.\\snapid_short\\x", "\\\\.\\snapid_short\\x"},
-      {"\\\\?\\C:\\x", "\\\\?\\C:\\x"},
-      {"", ""},
-  };
-  for (const auto& [path, rest] : paths) EXPECT_EQ(without_shadow_copy(path), rest) << path;
 }
 
 }  // namespace

@@ -11,6 +11,7 @@ TEST(path_variables, are_replaced_as_often_as_they_have_a_value) {
   setenv("SHIM_NESTED", "/mnt/%SHIM_CASE%", 1);
   setenv("SHIM_SELF", "%SHIM_SELF%+", 1);
   unsetenv("SHIM_NONE");
+  unsetenv("Vss");
   const std::string in_limit(501, 'x');
   const std::pair<std::string, std::string> paths[] = {
       {"/a/%SHIM_CASE%/b", "/a/c7/b"},
@@ -18,6 +19,7 @@ TEST(path_variables, are_replaced_as_often_as_they_have_a_value) {
       {"%SHIM_NESTED%/x", "/mnt/c7/x"},
       {"%SHIM_NONE%/%SHIM_CASE%", "%SHIM_NONE%/c7"},
       {"%SHIM_NONE%SHIM_CASE%", "%SHIM_NONE%SHIM_CASE%"},  // the second sign closes the first name
+      {"%Vss%3\\a", "\\\\?\\GLOBALROOT\\Device\\HarddiskVolumeShadowCopy3\\a"},
       {"100%", "100%"},
       {"%%SHIM_CASE%", "%%SHIM_CASE%"},
       {"%SHIM_SELF%", "%SHIM_SELF%" + std::string(64, '+')},

@@ -239,6 +239,7 @@ TEST_F(roads, evidence_is_never_written_to) {
   for (const words& source : {words{"-hive", "sets.hiv"},
                               {"-extract", "sets.hiv/"},
                               {"-Binary", "sets.hiv"},
+                              {"-memfile", "sets.hiv"},
                               {"-hive", "-csv", "sets.hiv"},
                               {"-hive", "-base10", "sets.hiv"},
                               {"-hive", "x", "-hive", "sets.hiv"}}) {

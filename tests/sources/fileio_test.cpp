@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
+#include "sources/lv_portable_dir.h"
 #include "support/bytes.h"
 #include "support/temp_dir.h"
 
@@ -46,6 +48,29 @@ TEST(fileio, reads_are_clipped_at_the_end) {
     ASSERT_TRUE(uni::read_whole(whole, dir.path("file"), limit));
     EXPECT_EQ(as_text(whole), std::string("1234567").substr(0, limit));
   }
+}
+
+TEST(fileio, a_new_file_replaces_nothing_and_grows_by_zeros) {
+  const temp_dir dir;
+  write_file(dir.path("file"), "old");
+  ASSERT_EQ(symlink("nowhere", dir.path("link").c_str()), 0);
+  uni::fileio file;
+  for (const char* taken : {"file", "link", ".", ""}) EXPECT_FALSE(file.open_new(dir.path(taken)));
+  EXPECT_FALSE(file.extend(10));
+  ASSERT_TRUE(file.open_new(dir.path("new")));
+  EXPECT_TRUE(file.append("ab", 2) && file.extend(4) && file.append("c", 1) && file.close());
+  EXPECT_EQ(as_text(read_file(dir.path("new"))), std::string("ab\0\0c", 5));
+  EXPECT_EQ(as_text(read_file(dir.path("file"))), "old");
+}
+
+TEST(fileio, folders_are_made_where_they_are_missing) {
+  const temp_dir dir;
+  write_file(dir.path("file"), "");
+  for (int time = 0; time < 2; ++time) EXPECT_TRUE(lvportdir::make_folders(dir.path("a/b/c/")));
+  for (const char* taken : {"file", "file/a"}) {
+    EXPECT_FALSE(lvportdir::make_folders(dir.path(taken)));
+  }
+  EXPECT_FALSE(lvportdir::make_folders(""));
 }
 
 }  // namespace

@@ -180,6 +180,16 @@ TEST(ntfs, a_path_leads_to_the_file_that_bears_the_name_there) {
   EXPECT_EQ(content_of(built), "else");
   put(built.volume, ntfs_builder::record_at(14), as_bytes("XXXX"));
   EXPECT_EQ(content_of(built), "not found");
+
+  // An index whose middle is lost: the block behind the gap begins within a block's length.
+  built.record(13, {name_attribute, data_attribute("the hive")});
+  bytes start = piece({0x11, 2, 60}, 0, 1),
+        end = piece({0x11, 1, 69, 0x11, 1, 1, 0x11, 3, 10}, 7, 2);
+  put_u64(start, 40, 12 * 1024);
+  built.record(12, {directory_name, resident_attribute(0x20, list_entry(0xA0, 20, 1, 2)),
+                    resident_attribute(0x90, index_root({}), {.name = u"$I30"}), start});
+  built.record(20, {end}, 1, 1, 12);
+  EXPECT_EQ(content_of(built), "the hive");
 }
 
 TEST(ntfs, a_file_is_what_can_be_read_of_its_pieces) {
@@ -231,6 +241,22 @@ TEST(ntfs, an_attribute_list_brings_pieces_and_never_runs_in_circles) {
   EXPECT_EQ(content_of(built), whole) << "a list of its own cluster";
   built.record(20, {piece(51, 1, 1)}, 4, 1, 13);
   EXPECT_EQ(content_of(built), std::string(1024, 'a')) << "another sequence number";
+  // A piece in the middle that is lost leaves zeros, as long as the file has room for them.
+  const auto three = [&](uint64_t allocated) {
+    bytes first = piece(50, 0, 1);
+    put_u64(first, 40, allocated);
+    put_u64(first, 48, 3072);
+    built.record(13, {resident_attribute(
+                          0x20, joined(list_entry(0x80, 20, 9, 1), list_entry(0x80, 21, 4, 5))),
+                      name_attribute, first});
+    built.record(21, {piece(51, 2, 5)}, 4, 1, 13);
+    return content_of(built);
+  };
+  EXPECT_EQ(three(3072), std::string(1024, 'a') + std::string(1024, 0) + std::string(1024, 'b'));
+  EXPECT_EQ(three(2048), whole);
+  built.record(21, {piece(50, 0, 5)}, 4, 1, 13);
+  built.record(
+      13, {non_resident_attribute(0x20, {0x11, 1, 60}, {.size = list.size()}), name_attribute});
   // Records that name each other, as lists and as bases.
   built.record(20, {resident_attribute(0x20, list_entry(0x20, 13, 1, 0)), piece(51, 1, 1)}, 3, 1,
                21);

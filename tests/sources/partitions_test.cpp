@@ -65,19 +65,21 @@ std::string found_on(const table_disk& disk, std::set<uint64_t> bad = {}, bool g
 }
 
 TEST(partitions, tables_are_walked_as_far_as_they_lead) {
-  // Two logical partitions: the second record's first sector counts from the extended one.
+  // A primary one behind the extended one, and two logical ones: the second record's first sector
+  // counts from the extended one.
   table_disk chain(400);
   chain.slot(0, 0, 7, 70, 8).slot(0, 1, 5, 100, 300).slot(0, 2, 7, 5, 5);
   chain.slot(100, 0, 7, 10, 8).slot(100, 1, 5, 100, 50).slot(200, 0, 7, 10, 9);
   chain.ntfs(70).ntfs(110).ntfs(210);
   const std::string whole =
-      "70+8:ntfs or exfat\n100+300:exten\n110+8:ntfs or exfat\n200+50:exten\n"
-      "210+9:ntfs or exfat\n";
+      "70+8:ntfs or exfat\n100+300:exten\n5+5:ntfs or exfat\n110+8:ntfs or exfat\n"
+      "200+50:exten\n210+9:ntfs or exfat\n";
   EXPECT_EQ(found_on(chain), whole);
   EXPECT_EQ(found_on(chain, {200}),
-            "70+8:ntfs or exfat\n100+300:exten\n110+8:ntfs or exfat\n200+50:exten\n");
+            "70+8:ntfs or exfat\n100+300:exten\n5+5:ntfs or exfat\n110+8:ntfs or exfat\n"
+            "200+50:exten\n");
   // A chain that cannot be read takes nothing from what the table itself names.
-  EXPECT_EQ(found_on(chain, {100}), "70+8:ntfs or exfat\n100+300:exten\n");
+  EXPECT_EQ(found_on(chain, {100}), "70+8:ntfs or exfat\n100+300:exten\n5+5:ntfs or exfat\n");
   EXPECT_EQ(found_on(chain, {0}), "none");
 
   // A chain that comes back to itself ends.
@@ -90,7 +92,7 @@ TEST(partitions, tables_are_walked_as_far_as_they_lead) {
   // A volume at sector 63 that nothing names; its type is the last one of the first record.
   table_disk hidden = chain;
   hidden.ntfs(63);
-  EXPECT_TRUE(found_on(hidden).starts_with("63+37:")) << found_on(hidden);
+  EXPECT_TRUE(found_on(hidden).starts_with("63+37:ntfs or exfat [guess]\n")) << found_on(hidden);
 }
 
 TEST(partitions, a_stray_table_counts_only_when_guessing_is_asked_for) {
@@ -138,6 +140,24 @@ TEST(partitions, tables_of_large_sectors_bear_the_mark_at_510) {
   bool found = false;
   uint64_t offset = 0x10000;
   EXPECT_TRUE(pick_ntfs_offset(text, found, offset, source, false)) << text.str();
+
+  table_disk unknown(64, 4096);
+  unknown.gpt({16});
+  EXPECT_EQ(found_on(unknown), "16+8:gpt\n") << "a header is enough";
+}
+
+TEST(partitions, a_volume_on_a_disk_without_a_table_is_found_by_its_offset) {
+  table_disk disk(200);
+  disk.ntfs(100);
+  memory_disk source(disk.content);
+  for (const uint64_t sector : {0U, 99U, 100U}) {
+    std::ostringstream text;
+    bool found = false;
+    uint64_t offset = sector * 512;
+    EXPECT_EQ(pick_ntfs_offset(text, found, offset, source, false), sector == 100) << sector;
+    EXPECT_EQ(text.str(), sector == 100 ? "" : "couldn't find any partitions on disk\n");
+    EXPECT_EQ(offset, sector * 512);
+  }
 }
 
 TEST(partitions, every_field_of_the_tables_may_hold_anything) {

@@ -1,0 +1,62 @@
+// Fuzz entry of virtual disks: the input is two files of a chain, with the length of the first in
+// front of them.
+
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <sstream>
+#include <string>
+
+#include "base/byte_view.h"
+#include "sources/vmdk_chain_check.h"
+#include "sources/vmdk_collection.h"
+
+namespace {
+
+/// A file in memory under a name in the file system.
+class memory_file {
+ public:
+  explicit memory_file(ovrik::byte_view content) : m_file(memfd_create("disk", MFD_CLOEXEC)) {
+    if (m_file < 0) std::abort();
+    const ssize_t written = write(m_file, content.data(), content.size());
+    if (written != static_cast<ssize_t>(content.size())) std::abort();
+  }
+  ~memory_file() { close(m_file); }
+  memory_file(const memory_file&) = delete;
+  memory_file& operator=(const memory_file&) = delete;
+
+  std::string path() const { return "/proc/self/fd/" + std::to_string(m_file); }
+
+ private:
+  int m_file;
+};
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  if (size > 0x40000) return 0;
+  const ovrik::byte_view input(data, size);
+  const memory_file first(input.from(4).clip(0, input.u32_at(0)));
+  const memory_file second(input.from(4 + uint64_t{input.u32_at(0)}));
+  for (const std::vector<std::string>& paths :
+       {std::vector<std::string>{first.path()}, {second.path()}, {first.path(), second.path()}}) {
+    std::ostringstream text;
+    std::vector<std::string> suggested;
+    const bool sound = ovrik::vmdk_check_chain(paths, text, suggested);
+    if (!sound && suggested.size() < paths.size()) std::abort();
+    const auto disk = ovrik::open_vmdk_chain(paths);
+    if (disk == nullptr) continue;
+    if (disk->stored_size() > size) std::abort();
+    std::vector<uint8_t> bytes(100000);
+    for (const uint64_t offset :
+         {uint64_t{0}, uint64_t{1000}, disk->size() / 2, disk->size() - 1}) {
+      auto count = static_cast<uint32_t>(bytes.size());
+      const bool inside = offset < disk->size();
+      if (disk->read(bytes.data(), count, offset) != inside) std::abort();
+      if (inside && count != std::min<uint64_t>(bytes.size(), disk->size() - offset)) std::abort();
+    }
+  }
+  return 0;
+}

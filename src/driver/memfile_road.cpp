@@ -1,0 +1,167 @@
+#include "driver/memfile_road.h"
+
+#include <cinttypes>
+#include <cstdio>
+#include <string>
+
+#include "driver/console.h"
+#include "driver/host_console.h"
+#include "hive/chunk_reassembly.h"
+#include "hive/chunk_scanner.h"
+#include "hive/chunk_stats.h"
+#include "output/streams.h"
+#include "sources/host_path.h"
+#include "sources/lv_portable_dir.h"
+
+namespace ovrik {
+
+namespace {
+
+constexpr const char* chunk_folder = "out3";
+
+/// Says what the carver comes across.
+class carving_words : public carve_listener {
+ public:
+  explicit carving_words(cmdline_options& options)
+      : m_options(options),
+        m_shows_progress(options.show_progress && standard_error_is_terminal()) {}
+
+  void scanned(uint64_t bytes, uint64_t source_bytes) override {
+    const uint64_t percent = bytes * 100 / source_bytes;
+    if (!m_shows_progress || percent == m_percent) return;
+    constexpr size_t progress_width = 45;
+    show_progress(progress_width, "scanned: " + std::to_string(percent) + " %");
+    m_percent = percent;
+  }
+
+  void layout_recognised(uint64_t offset, shim_layout layout) override {
+    diag_printf(m_options, "cache of layout %u at 0x%" PRIx64, static_cast<unsigned>(layout),
+                offset);
+  }
+
+  void scan_stopped(uint64_t offset) override {
+    diag_printf(m_options, "the scan was cut short at 0x%" PRIx64, offset);
+  }
+
+  void db_cell_reached(size_t index, const db_cell& cell) override {
+    std::fprintf(stderr, "Address #%zu : offset: 0x%08x : offset: 0x%08x : num: 0x%04x\n", index,
+                 cell.position, cell.list_offset, cell.segment_count);
+  }
+
+  void segment_missing(uint32_t number, uint32_t cell_offset, uint32_t page_offset) override {
+    std::fprintf(stderr, "hbin #%u, offset: 0x%08x [not available], adjusted 0x%08x\n", number,
+                 cell_offset, page_offset);
+  }
+
+  /// Takes the progress away in front of the first words.
+  void end_progress() const {
+    if (m_shows_progress) clear_progress();
+  }
+
+ private:
+  cmdline_options& m_options;
+  bool m_shows_progress;
+  uint64_t m_percent = 0;
+};
+
+/// A file in the folder of chunks.
+class carved_file {
+ public:
+  carved_file(const std::string& name, cmdline_options& options)
+      : m_path(std::string(chunk_folder) + host_separator() + name) {
+    if (!is_spared(options)) {
+      lvportdir::remove_plain_file(m_path);
+      m_file.open_new(m_path);
+    }
+    if (!m_file.is_open()) diag_printf(options, "%s does not open", m_path.c_str());
+  }
+
+  uni::fileio& file() { return m_file; }
+
+  /// Ends the file. False: what was written did not arrive, which has been said on standard error.
+  bool finish(bool written) {
+    if (m_file.close() && written) return true;
+    std::fprintf(stderr, "prob writing %s\n", m_path.c_str());
+    return false;
+  }
+
+ private:
+  /// True if the name stands for a file that this run needs for something else.
+  bool is_spared(const cmdline_options& options) const {
+    return lvportdir::same_file(m_path, options.source_path) ||
+           lvportdir::same_file(m_path, options.out_path) ||
+           lvportdir::same_file(m_path, options.diag_path);
+  }
+
+  std::string m_path;
+  uni::fileio m_file;
+};
+
+/// The files of one run.
+class carved_files {
+ public:
+  carved_files(const scanned_source& source, cmdline_options& options)
+      : m_source(source), m_options(options) {}
+
+  void write_stats(const carved_cache& carved) {
+    carved_file stats("stats.txt", m_options);
+    if (!stats.file().is_open()) return;
+    uni::fileio_output out(stats.file());
+    write_chunk_stats(out, m_source, carved);
+    out.flush();
+    if (!stats.finish(out.good())) m_all_written = false;
+  }
+
+  void write_chunks(const std::vector<carved_chunk>& chunks, const char* name_end) {
+    for (size_t i = 0; i < chunks.size(); ++i) {
+      carved_file chunk("chunk_" + std::to_string(i) + name_end, m_options);
+      if (!chunk.file().is_open()) continue;
+      if (!chunk.finish(write_chunk(chunk.file(), chunks[i]))) m_all_written = false;
+    }
+  }
+
+  /// False: something that was opened could not be written.
+  bool all_written() const { return m_all_written; }
+
+ private:
+  bool write_chunk(uni::fileio& file, const carved_chunk& chunk) const {
+    uint64_t written = 0;
+    for (const chunk_piece& piece : chunk.pieces) {
+      if (written < piece.at && !file.extend(piece.at)) return false;
+      const byte_view bytes = piece_bytes(m_source, piece);
+      if (!file.append(bytes.data(), bytes.size())) return false;
+      written = piece.at + bytes.size();
+    }
+    return written == chunk.size || file.extend(chunk.size);
+  }
+
+  const scanned_source& m_source;
+  cmdline_options& m_options;
+  bool m_all_written = true;
+};
+
+}  // namespace
+
+int32_t run_memfile_road(cmdline_options& options) {
+  scanned_source source;
+  if (!open_scanned_source(source, options.source_path)) return -1;
+  if (!lvportdir::make_folders(chunk_folder)) {
+    std::fprintf(stderr, "prob trying to create the folder %s, continuing w/o one\n", chunk_folder);
+  }
+  carving_words words(options);
+  const bool found = scan_pages(source, words);
+  words.end_progress();
+  if (!found) {
+    std::fputs("none found\n", stderr);
+    return -1;
+  }
+  if (!are_bins_in_place(source)) return -1;
+  const carved_cache carved = reassemble(source, words);
+  carved_files files(source, options);
+  files.write_stats(carved);
+  files.write_chunks(carved.primary, ".bin");
+  files.write_chunks(carved.other, "_other.bin");
+  return files.all_written() && !(carved.primary.empty() && carved.other.empty()) ? 0 : -1;
+}
+
+}  // namespace ovrik

@@ -1,0 +1,126 @@
+#include "sources/vmdk_disk.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace ovrik {
+
+namespace {
+
+constexpr uint64_t sector_bytes = 512;
+
+// SparseExtentHeader.
+constexpr size_t header_bytes = 513;
+constexpr const char* magic = "KDMV";
+constexpr size_t capacity_at = 12;           // u64, sectors
+constexpr size_t grain_size_at = 20;         // u64, sectors
+constexpr size_t descriptor_offset_at = 28;  // u64, sectors
+constexpr size_t descriptor_size_at = 36;    // u64, sectors
+constexpr size_t table_entries_at = 44;      // u32
+constexpr size_t directory_offset_at = 56;   // u64, sectors
+constexpr size_t overhead_at = 64;           // u64, sectors
+
+constexpr uint32_t zeroed_grain = 1;
+constexpr uint32_t entry_bytes = 4;  // of a grain directory or table
+
+/// Sectors as bytes. False: they do not fit 63 bits, in which no file is larger.
+bool to_bytes(uint64_t sectors, uint64_t& bytes) {
+  if (sectors > (uint64_t{1} << 63) / sector_bytes - 1) return false;
+  bytes = sectors * sector_bytes;
+  return true;
+}
+
+/// At most `size` bytes at `offset`, as many as the file has. False: none could be read.
+bool read_vector(const uni::fileio& file, std::vector<uint8_t>& bytes, uint64_t size,
+                 uint64_t offset) {
+  const uint64_t length = file.length();
+  if (offset >= length) return false;
+  size_t read = static_cast<size_t>(std::min(size, length - offset));
+  bytes.resize(read);
+  const bool ok = file.read_at(bytes.data(), read, offset);
+  bytes.resize(read);
+  return ok;
+}
+
+}  // namespace
+
+bool vmdk_disk::open_disk(const std::string& path) {
+  m_path = path;
+  return m_file.open_read(path) && read_header();
+}
+
+bool vmdk_disk::read_header() {
+  m_file_size = m_file.length();
+  std::vector<uint8_t> header;
+  if (!read_vector(m_file, header, header_bytes, 0) || header.size() < header_bytes) return false;
+  const byte_view view(header);
+  if (!view.text_at(0, magic)) return false;
+  m_entries_per_table = view.u32_at(table_entries_at);
+  uint64_t descriptor = 0, descriptor_size = 0, directory = 0, overhead = 0;
+  if (!to_bytes(view.u64_at(capacity_at), m_capacity) ||
+      !to_bytes(view.u64_at(grain_size_at), m_grain_bytes) ||
+      !to_bytes(view.u64_at(descriptor_offset_at), descriptor) ||
+      !to_bytes(view.u64_at(descriptor_size_at), descriptor_size) ||
+      !to_bytes(view.u64_at(directory_offset_at), directory) ||
+      !to_bytes(view.u64_at(overhead_at), overhead)) {
+    return false;
+  }
+  std::vector<uint8_t> text;
+  if (!read_vector(m_file, text, descriptor_size, descriptor)) return false;
+  m_descriptor = parse_vmdk_descriptor(byte_view(text));
+  return m_grain_bytes != 0 && m_entries_per_table != 0 && read_tables(directory, overhead);
+}
+
+bool vmdk_disk::read_tables(uint64_t directory_at, uint64_t overhead) {
+  if (overhead > m_file_size || directory_at >= overhead) return false;
+  // The directory ends where the table that it names first begins.
+  std::vector<uint8_t> bytes;
+  uint64_t first_table = 0;
+  if (!read_vector(m_file, bytes, entry_bytes, directory_at) ||
+      !to_bytes(byte_view(bytes).u32_at(0), first_table) || first_table >= overhead ||
+      first_table <= directory_at ||
+      !read_vector(m_file, bytes, first_table - directory_at, directory_at)) {
+    return false;
+  }
+  // Tables that overlap do not make a file larger than it is.
+  uint64_t bytes_left = m_file_size;
+  const byte_view directory(bytes);
+  std::vector<uint8_t> table;
+  for (size_t at = 0; directory.has(at, entry_bytes); at += entry_bytes) {
+    grain_table& loaded = m_grain_directory.emplace_back();
+    const uint32_t sector = directory.u32_at(at);
+    if (sector == 0) continue;  // no grain of this table was ever stored
+    const uint64_t wanted = std::min(uint64_t{m_entries_per_table} * entry_bytes, bytes_left);
+    if (!read_vector(m_file, table, wanted, sector * sector_bytes)) break;
+    bytes_left -= table.size();
+    loaded.first = static_cast<uint32_t>(m_grains.size());
+    loaded.count = static_cast<uint32_t>(table.size() / entry_bytes);
+    for (uint32_t i = 0; i < loaded.count; ++i) {
+      m_grains.push_back(byte_view(table).u32_at(uint64_t{i} * entry_bytes));
+    }
+  }
+  return true;
+}
+
+grain_state vmdk_disk::vmdk_locate(uint64_t offset, uint64_t& file_offset) const {
+  const uint64_t grain = offset / m_grain_bytes;
+  const uint64_t table = grain / m_entries_per_table;
+  if (table >= m_grain_directory.size()) return grain_state::absent;
+  const grain_table& entries = m_grain_directory[static_cast<size_t>(table)];
+  const uint64_t entry = grain % m_entries_per_table;
+  if (entry >= entries.count) return grain_state::absent;
+  const uint32_t sector = m_grains[entries.first + static_cast<size_t>(entry)];
+  if (sector == 0) return grain_state::absent;
+  if (sector == zeroed_grain) return grain_state::zeroed;
+  file_offset = sector * sector_bytes + offset % m_grain_bytes;
+  return grain_state::stored;
+}
+
+size_t vmdk_disk::read(uint8_t* buffer, size_t size, uint64_t file_offset) const {
+  size_t read = size;
+  m_file.read_at(buffer, read, file_offset);
+  std::memset(buffer + read, 0, size - read);
+  return read;
+}
+
+}  // namespace ovrik

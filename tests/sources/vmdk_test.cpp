@@ -1,0 +1,231 @@
+// Chains of composed VMDK files, sound and damaged.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <sstream>
+
+#include "sources/vmdk_chain_check.h"
+#include "sources/vmdk_collection.h"
+#include "support/temp_dir.h"
+#include "support/vmdk_builder.h"
+
+namespace test_support {
+namespace {
+
+constexpr size_t grain_bytes = 8 * vmdk_builder::sector;
+
+class vmdk : public testing::Test {
+ protected:
+  std::string put_file(const std::string& name, const bytes& content) const {
+    write_file(folder.path(name), content);
+    return folder.path(name);
+  }
+  std::string put_disk(const std::string& name, const std::string& descriptor,
+                       std::map<uint64_t, bytes> data = {}) const {
+    return put_file(name, vmdk_builder{.descriptor = descriptor, .data = std::move(data)}.file());
+  }
+
+  /// The first byte of each grain (8 sectors) of the virtual disk, "." for 0; "!" if a grain is not
+  /// that byte throughout. Read in pieces that fit no grain.
+  static std::string grains(const std::vector<std::string>& paths) {
+    const auto disk = ovrik::open_vmdk_chain(paths);
+    if (disk == nullptr) return "no disk";
+    bytes all;
+    while (all.size() < disk->size() && all.size() < 0x100000) {
+      bytes piece(5000);
+      auto size = static_cast<uint32_t>(piece.size());
+      if (!disk->read(piece.data(), size, all.size())) return "not read";
+      all.insert(all.end(), piece.begin(), piece.begin() + size);
+    }
+    std::string text;
+    for (size_t at = 0; at < all.size(); at += grain_bytes) {
+      const bytes grain(all.begin() + static_cast<std::ptrdiff_t>(at),
+                        all.begin() + static_cast<std::ptrdiff_t>(at + grain_bytes));
+      const bool even = grain == bytes(grain_bytes, grain[0]);
+      text += !even ? '!' : grain[0] == 0 ? '.' : static_cast<char>(grain[0]);
+    }
+    return text;
+  }
+
+  /// What the check says, then the list that it suggests, without the test's folder.
+  std::string check(const std::vector<std::string>& paths) const {
+    std::ostringstream text;
+    std::vector<std::string> suggested;
+    std::string said = ovrik::vmdk_check_chain(paths, text, suggested) ? "fine: " : "no: ";
+    said += text.str();
+    for (const std::string& path : suggested) said += path + ",";
+    for (size_t at = said.find(folder.path("")); at != std::string::npos;
+         at = said.find(folder.path(""))) {
+      said.erase(at, folder.path("").size());
+    }
+    return said;
+  }
+
+  static bytes full(char letter) { return bytes(grain_bytes, static_cast<uint8_t>(letter)); }
+
+  const temp_dir folder;
+  const std::string base_text = vmdk_descriptor_text("00000001", "ffffffff");
+  const std::string child_text = vmdk_descriptor_text("00000002", "00000001", "base.vmdk");
+};
+
+TEST_F(vmdk, each_grain_comes_from_the_newest_file_that_holds_it) {
+  const std::string base = put_disk(
+      "base", base_text, {{1, full('a')}, {2, full('b')}, {3, full('c')}, {15, full('d')}});
+  EXPECT_EQ(grains({base}), ".abc...........d");
+  vmdk_builder middle{.descriptor = child_text, .data = {{1, full('A')}, {9, full('E')}}};
+  middle.zeroed = {2, 4};
+  const std::string second = put_file("middle", middle.file());
+  const std::string newest = put_disk("newest", vmdk_descriptor_text("00000000", "00000002"),
+                                      {{4, full('F')}, {9, full('G')}});
+  EXPECT_EQ(grains({base, second}), ".A.c.....E.....d");
+  EXPECT_EQ(grains({newest, base, second}), ".A.cF....G.....d") << "in any order";
+  EXPECT_EQ(grains({newest, base}), "no disk");
+  EXPECT_EQ(grains({newest, second}), "no disk");
+  EXPECT_EQ(grains({base, put_disk("same", base_text, {{1, full('x')}})}), ".abc...........d");
+
+  // Grains of another size, of which one begins within a grain of the base.
+  const vmdk_builder fine{.descriptor = child_text,
+                          .grain_sectors = 2,
+                          .grains = 64,
+                          .data = {{5, bytes(1024, 'X')}, {20, bytes(1024, 'Y')}}};
+  EXPECT_EQ(grains({base, put_file("fine", fine.file())}), ".!bc.!.........d");
+
+  // A file that ends within a grain: the rest of it is zeros.
+  bytes cut = read_file(base);
+  cut.resize(cut.size() - 2 * vmdk_builder::sector);
+  EXPECT_EQ(grains({put_file("cut", cut)}), ".abc...........!");
+}
+
+TEST_F(vmdk, descriptors_may_be_written_in_many_ways) {
+  const std::string base = put_disk("base", base_text, {{1, full('a')}});
+  const std::string shouted = put_disk(
+      "shouted", "ENCODING=\"UTF-8\"\r\nCID=ABCDEF01\r\nPARENTCID=00000001\r\n", {{2, full('b')}});
+  EXPECT_EQ(grains({shouted, base}), ".ab.............");
+  const std::string third =
+      put_disk("third", "xCID=7\ncid=00000009\nparentcid=abcdef01\n", {{3, full('c')}});
+  EXPECT_EQ(grains({shouted, third, base}), ".abc............");
+  EXPECT_EQ(grains({put_disk("late", std::string("CID=1\n\0parentCID=ffffffff", 24))}), "no disk");
+}
+
+TEST_F(vmdk, a_missing_parent_is_found_by_its_hint) {
+  const std::string base = put_disk("base.vmdk", base_text);
+  const std::string child = put_disk("child", child_text);
+  const std::string aborting =
+      "no: Child VMDK points to a parent VMDK that doesn't exist, aborting\n";
+  const auto depends = [](const std::string& hint) {
+    return "no: => vmdk file: other\n depends on parent vmdk " + hint + "\nother,base.vmdk,";
+  };
+  EXPECT_EQ(check({base, child}), "fine: base.vmdk,child,");
+  EXPECT_EQ(check({base}), "fine: base.vmdk,");
+  EXPECT_EQ(check({}), "no: ");
+  struct hint_case {
+    std::string lines;
+    std::string outcome;
+  };
+  const std::string windows = "encoding=\"windows-1252\"\n";
+  const hint_case cases[] = {
+      {"parentFileNameHint=\"base.vmdk\"\n", depends("base.vmdk")},
+      {"PARENTFILENAMEHINT=base.vmdk\n", depends("base.vmdk")},
+      {windows + "parentFileNameHint=\"base.vmdk\"\n", depends("base.vmdk")},
+      {windows + "parentFileNameHint=\"D:\\VMs\\lab\\base.vmdk\"\n",
+       depends("D:\\VMs\\lab\\base.vmdk")},
+      {"parentFileNameHint=\"D:\\VMs\\lab\\base.vmdk\"\n", depends("D:\\VMs\\lab\\base.vmdk")},
+      {"parentFileNameHint=\"/vmfs/volumes/1/base.vmdk\"\n", depends("/vmfs/volumes/1/base.vmdk")},
+      {"parentFileNameHint=\"" + base + "\"\n", depends("base.vmdk")},
+      {"parentFileNameHint=\"gone.vmdk\"\n", aborting + "other,"},
+      {"parentFileNameHint=\"/gone/\"\n", aborting + "other,"},
+      {"parentFileNameHint=\"other\"\n", aborting + "other,"},
+      {"", aborting + "other,"},
+  };
+  for (const hint_case& c : cases) {
+    const std::string other = put_disk("other", "CID=00000005\nparentCID=00000001\n" + c.lines);
+    EXPECT_EQ(check({other}), c.outcome) << c.lines;
+  }
+  // The list that is suggested is whole.
+  const std::string last = put_disk("last", vmdk_descriptor_text("00000003", "00000002", "child"));
+  EXPECT_EQ(check({last}),
+            "no: => vmdk file: last\n depends on parent vmdk child\n"
+            "=> vmdk file: child\n depends on parent vmdk base.vmdk\nlast,child,base.vmdk,");
+  EXPECT_EQ(check({last, child, base}), "fine: last,child,base.vmdk,");
+  // A file that is there but bears another CID is looked for once.
+  put_disk("base.vmdk", vmdk_descriptor_text("00000009", "00000008", "child"));
+  EXPECT_EQ(check({child}),
+            "no: => vmdk file: child\n depends on parent vmdk base.vmdk\nchild,base.vmdk,");
+  const std::string far =
+      put_disk("far", vmdk_descriptor_text("00000002", "00000001", "D:\\VMs\\base.vmdk"));
+  EXPECT_EQ(check({far}), "no: => vmdk file: far\n depends on parent vmdk D:\\VMs\\base.vmdk\n" +
+                              aborting.substr(4) + "far,base.vmdk,");
+}
+
+TEST_F(vmdk, chains_without_sense_are_refused) {
+  const std::string one = put_disk("one", vmdk_descriptor_text("1", "2"));
+  const std::string two = put_disk("two", vmdk_descriptor_text("2", "1"));
+  EXPECT_EQ(check({one, two}), "no: one,two,");
+  EXPECT_EQ(grains({one, two}), "no disk");
+  const std::string own = put_disk("own", vmdk_descriptor_text("3", "3"));
+  EXPECT_EQ(check({own}), "no: Child VMDK CID errors, aborting\nown,");
+  EXPECT_EQ(grains({own}), "no disk");
+  EXPECT_EQ(check({put_file("text", as_bytes("# Disk DescriptorFile\nCID=1\n"))}),
+            "no: text can't be opened\ntext,");
+  EXPECT_EQ(check({folder.path("absent")}), "no: absent can't be opened\nabsent,");
+  const std::string base = put_disk("base", base_text, {{1, full('a')}});
+  EXPECT_EQ(grains({base, one, two}), ".a..............") << "a ring beside the chain";
+}
+
+TEST_F(vmdk, every_field_may_hold_anything_and_the_file_may_end_anywhere) {
+  vmdk_builder built{.descriptor = base_text, .data = {{1, full('a')}, {14, full('b')}}};
+  const bytes sound = built.file();
+  const size_t metadata = 32 * vmdk_builder::sector;
+  struct bad_case {
+    size_t at, width;
+    uint64_t value;
+    const char* outcome;
+  };
+  const uint64_t most = ~uint64_t{0};
+  const char* const fine = ".a............b.";
+  const bad_case cases[] = {
+      {0, 4, 0, "no disk"},
+      {12, 8, 0, ""},
+      {12, 8, most, "no disk"},
+      {20, 8, 0, "no disk"},
+      {20, 8, most, "no disk"},
+      {20, 8, most >> 10, "................"},
+      {28, 8, most, "no disk"},
+      {28, 8, 1 << 20, "no disk"},
+      {28, 8, 0, "no disk"},
+      {36, 8, 0, "no disk"},
+      {36, 8, most, "no disk"},
+      {36, 8, most >> 12, fine},
+      {44, 4, 0, "no disk"},
+      {44, 4, 0xFFFFFFFF, ".a.............."},
+      {56, 8, 0, "no disk"},
+      {56, 8, most, "no disk"},
+      {56, 8, most / 512 + 4, "no disk"},
+      {56, 8, 32, "no disk"},
+      {64, 8, 0, "no disk"},
+      {64, 8, 3, "no disk"},
+      {64, 8, most, "no disk"},
+      {64, 8, 1 << 30, "no disk"},
+      {3 * 512, 4, 0, "no disk"},
+      {3 * 512, 4, 0xFFFFFFFF, "no disk"},
+      {3 * 512 + 12, 4, 0, ".a.............."},
+      {3 * 512 + 12, 4, 0xFFFFFFFF, ".a.............."},
+      {4 * 512 + 4, 4, 0xFFFFFFFF, "..............b."},
+      {4 * 512 + 4, 4, 2, ".!............b."},
+  };
+  for (const bad_case& c : cases) {
+    bytes damaged = sound;
+    for (size_t i = 0; i < c.width; ++i) {
+      damaged[c.at + i] = static_cast<uint8_t>(c.value >> (8 * i));
+    }
+    EXPECT_EQ(grains({put_file("damaged", damaged)}), c.outcome) << c.at << " = " << c.value;
+  }
+  for (size_t size = 0; size <= metadata; size += 256) {
+    const bytes cut(sound.begin(), sound.begin() + static_cast<std::ptrdiff_t>(size));
+    EXPECT_EQ(grains({put_file("cut", cut)}), size < metadata ? "no disk" : "................")
+        << size;
+  }
+}
+
+}  // namespace
+}  // namespace test_support
