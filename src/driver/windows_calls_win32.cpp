@@ -1,5 +1,3 @@
-#include <shlobj.h>
-
 #include <vector>
 
 #include "base/windows_api_win32.h"
@@ -53,6 +51,36 @@ bool is_version_at_least(DWORD mask, uint32_t major, uint32_t minor) {
   return VerifyVersionInfoA(&wanted, mask, VerSetConditionMask(0, mask, VER_GREATER_EQUAL)) != 0;
 }
 
+std::wstring system_folder_of_windows() {
+  std::wstring folder(512, L'\0');
+  const UINT length = GetSystemDirectoryW(folder.data(), static_cast<UINT>(folder.size()));
+  folder.resize(length < folder.size() ? length : 0);
+  return folder;
+}
+
+/// A library of the system that not every run needs and that is slow to load. It is that of the
+/// system's own folder: whatever lies beside the program stays out.
+class system_library {
+ public:
+  explicit system_library(const wchar_t* name)
+      : m_module(LoadLibraryW((system_folder_of_windows() + L'\\' + name).c_str())) {}
+  ~system_library() {
+    if (m_module != nullptr) FreeLibrary(m_module);
+  }
+  system_library(const system_library&) = delete;
+  system_library& operator=(const system_library&) = delete;
+
+  /// The function of that name and kind, null if there is none.
+  template <typename function>
+  function* get(const char* name) const {
+    if (m_module == nullptr) return nullptr;
+    return reinterpret_cast<function*>(reinterpret_cast<void*>(GetProcAddress(m_module, name)));
+  }
+
+ private:
+  HMODULE m_module;
+};
+
 class calls_of_windows : public windows_calls {
  public:
   bool is_major_version_at_least(uint32_t major) const override {
@@ -65,14 +93,19 @@ class calls_of_windows : public windows_calls {
 
   bool kernel_version(module_version& version) const override {
     constexpr const wchar_t* module = L"kernel32";
+    const system_library library(L"version.dll");
+    auto* const get_size =
+        library.get<decltype(GetFileVersionInfoSizeW)>("GetFileVersionInfoSizeW");
+    auto* const get_block = library.get<decltype(GetFileVersionInfoW)>("GetFileVersionInfoW");
+    auto* const get_value = library.get<decltype(VerQueryValueW)>("VerQueryValueW");
+    if (get_size == nullptr || get_block == nullptr || get_value == nullptr) return false;
     DWORD unused = 0;
-    const DWORD size = GetFileVersionInfoSizeW(module, &unused);
+    const DWORD size = get_size(module, &unused);
     std::vector<uint8_t> block(size);
     void* place = nullptr;
     UINT length = 0;
-    if (size == 0 || GetFileVersionInfoW(module, 0, size, block.data()) == 0 ||
-        VerQueryValueW(block.data(), L"\\", &place, &length) == 0 ||
-        length < sizeof(VS_FIXEDFILEINFO)) {
+    if (size == 0 || get_block(module, 0, size, block.data()) == 0 ||
+        get_value(block.data(), L"\\", &place, &length) == 0 || length < sizeof(VS_FIXEDFILEINFO)) {
       return false;
     }
     const auto* facts = static_cast<const VS_FIXEDFILEINFO*>(place);
@@ -94,7 +127,11 @@ class calls_of_windows : public windows_calls {
     return facts.dwProcessorType;
   }
 
-  bool is_user_an_admin() const override { return IsUserAnAdmin() != 0; }
+  bool is_user_an_admin() const override {
+    const system_library library(L"shell32.dll");
+    auto* const call = library.get<BOOL WINAPI()>("IsUserAnAdmin");
+    return call != nullptr && call() != 0;
+  }
 
   std::unique_ptr<access_token> process_token() const override {
     HANDLE token = nullptr;
@@ -128,11 +165,9 @@ class calls_of_windows : public windows_calls {
   }
 
   bool system_folder(std::string& path) const override {
-    std::wstring buffer(512, L'\0');
-    const UINT length = GetSystemDirectoryW(buffer.data(), static_cast<UINT>(buffer.size()));
-    if (length == 0 || length >= buffer.size()) return false;
-    path = from_wide(std::wstring_view(buffer).substr(0, length));
-    return true;
+    const std::wstring folder = system_folder_of_windows();
+    if (!folder.empty()) path = from_wide(folder);
+    return !folder.empty();
   }
 
   uint32_t drive_type(char letter) const override {
