@@ -1,9 +1,13 @@
 #include "driver/evidence_guard.h"
 
+#include <algorithm>
 #include <cstdio>
+#include <vector>
 
+#include "base/byte_view.h"
 #include "base/text.h"
 #include "driver/path_variables.h"
+#include "sources/fileio.h"
 #include "sources/lv_portable_dir.h"
 
 namespace ovrik {
@@ -23,17 +27,26 @@ bool names_file(const std::string& argument, const std::string& path) {
          lvportdir::same_file(path, expand_path_variables(argument));
 }
 
+/// True if a file stands there that is evidence by its first bytes, whoever named it: a hive that a
+/// list brings, or a file that a virtual disk needs and nobody has named.
+bool looks_like_evidence(const std::string& path) {
+  std::vector<uint8_t> start;
+  if (!uni::read_whole(start, path, 4)) return false;
+  const byte_view view(start);
+  return view.text_at(0, "regf") || view.text_at(0, "KDMV");
+}
+
 }  // namespace
 
 bool is_free_of_evidence(const std::string& path, const argument_list& args) {
   // Which arguments are sources is known only when all options have been read. Any file that is
   // named is too many.
-  for (size_t i = 1; i < args.size(); ++i) {
-    if (!names_file(args[i], path)) continue;
-    std::fprintf(stderr, "prob opening file %s for output, aborting\n", path.c_str());
-    return false;
-  }
-  return true;
+  const bool named =
+      std::any_of(args.begin() + 1, args.end(),
+                  [&path](const std::string& argument) { return names_file(argument, path); });
+  if (!named && !looks_like_evidence(path)) return true;
+  std::fprintf(stderr, "prob opening file %s for output, aborting\n", path.c_str());
+  return false;
 }
 
 }  // namespace ovrik

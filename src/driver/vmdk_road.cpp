@@ -29,16 +29,29 @@ void add_files(std::vector<std::string>& files, std::string list) {
   }
 }
 
+/// The option and the files as they can be typed: in one list, but for names that a list would
+/// split.
+std::string option_text(const std::vector<std::string>& files, const char* option_name) {
+  std::string list, further;
+  for (const std::string& file : files) {
+    if (file.find_first_of("|,;") != std::string::npos) {
+      further += std::string(" ") + option_name + " \"" + file + '"';
+    } else {
+      list += (list.empty() ? "" : " | ") + file;
+    }
+  }
+  return std::string(option_name) + " \"" + list + '"' + further;
+}
+
 /// Checks the files and says what is wrong with them and, if there are any, which to name instead.
 bool check_chain(const std::vector<std::string>& files, const char* option_name) {
   std::ostringstream text;
   std::vector<std::string> suggested;
   if (vmdk_check_chain(files, text, suggested)) return true;
   std::fprintf(stderr, "%s\n", text.str().c_str());
-  if (suggested.empty()) return false;
-  std::string array = suggested.front();
-  for (size_t i = 1; i < suggested.size(); ++i) array += " | " + suggested[i];
-  std::fprintf(stderr, "suggested array: %s \"%s\"\n", option_name, array.c_str());
+  if (!suggested.empty()) {
+    std::fprintf(stderr, "suggested array: %s\n", option_text(suggested, option_name).c_str());
+  }
   return false;
 }
 

@@ -33,7 +33,6 @@ bool add_disks(vmdk_collection& files, const std::vector<std::string>& paths, st
 struct linked_disks {
   const vmdk_disk* base = nullptr;
   const vmdk_disk* orphan = nullptr;  ///< the first one whose parent is not there
-  bool own_parent = false;            ///< a disk names itself as its parent
 };
 
 linked_disks link_disks(const vmdk_collection& files) {
@@ -42,11 +41,7 @@ linked_disks link_disks(const vmdk_collection& files) {
     const vmdk_descriptor& descriptor = disk->descriptor();
     if (descriptor.is_base()) {
       links.base = disk.get();
-    } else if (links.own_parent || links.orphan != nullptr) {
-      continue;  // one fault is told at a time
-    } else if (descriptor.parent_cid == cid) {
-      links.own_parent = true;
-    } else if (!files.disks().contains(descriptor.parent_cid)) {
+    } else if (links.orphan == nullptr && !files.disks().contains(descriptor.parent_cid)) {
       links.orphan = disk.get();
     }
   }
@@ -64,22 +59,32 @@ bool hint_is_known(const vmdk_collection& files, const vmdk_disk* base, const st
                      [&](const auto& entry) { return holds_hint(*entry.second); });
 }
 
-/// Where the parent that the hint means can be opened: at its place or, by its last component, in
-/// `folder`. Empty: nowhere.
-std::string place_of_parent(const vmdk_descriptor& descriptor, const std::string& hint,
-                            const std::string& folder) {
-  const bool windows = lower_ascii(descriptor.encoding).find("windows") != std::string::npos;
-  const char separator = windows ? '\\' : '/';
-  const bool is_path = hint.find(separator) != std::string::npos;
-  const std::string place = is_path ? hint : folder + hint;
-  if (exists(place)) return place;
-  const std::string name = hint.substr(hint.find_last_of("\\/") + 1);
-  if (!name.empty() && exists(folder + name)) return folder + name;
-  return "";
-}
-
 std::string folder_of(const std::string& path) {
   return path.substr(0, path.size() - last_component(path).size());
+}
+
+bool bears_cid(const std::string& path, const std::string& cid) {
+  vmdk_disk disk;
+  return disk.open_disk(path) && disk.descriptor().cid == cid;
+}
+
+/// Where the parent that the hint means can be opened: at its place, from the folder of the disk
+/// that it is for, or by its last component in `folder`. Of several the first one with the right
+/// CID, or else the first. Empty: nowhere.
+std::string place_of_parent(const vmdk_disk& disk, const std::string& hint,
+                            const std::string& folder) {
+  const vmdk_descriptor& descriptor = disk.descriptor();
+  const bool windows = lower_ascii(descriptor.encoding).find("windows") != std::string::npos;
+  const bool is_path = hint.find(windows ? '\\' : '/') != std::string::npos;
+  const std::string name = hint.substr(hint.find_last_of("\\/") + 1);
+  std::vector<std::string> places = {is_path ? hint : folder + hint, folder_of(disk.path()) + hint};
+  if (!name.empty()) places.push_back(folder + name);
+  std::erase_if(places, [](const std::string& place) { return !exists(place); });
+  if (places.empty()) return "";
+  const auto right = std::find_if(places.begin(), places.end(), [&](const std::string& place) {
+    return bears_cid(place, descriptor.parent_cid);
+  });
+  return right == places.end() ? places.front() : *right;
 }
 
 }  // namespace
@@ -92,16 +97,16 @@ bool vmdk_check_chain(const std::vector<std::string>& paths, std::ostream& text,
   while (true) {
     vmdk_collection files;
     if (!add_disks(files, suggested, text)) return false;
-    const linked_disks links = link_disks(files);
-    if (links.own_parent) {
+    if (files.has_own_parent()) {
       text << "Child VMDK CID errors, aborting\n";
       return false;
     }
+    const linked_disks links = link_disks(files);
     if (links.orphan == nullptr) return complete && links.base != nullptr;
     std::string hint = links.orphan->descriptor().parent_file_hint;
     remove_all(hint, '"');
     if (hint_is_known(files, links.base, hint)) return complete && links.base != nullptr;
-    const std::string parent = place_of_parent(links.orphan->descriptor(), hint, folder);
+    const std::string parent = place_of_parent(*links.orphan, hint, folder);
     // A parent that was found once and is still missing bears another CID.
     const bool found_before =
         std::find(suggested.begin(), suggested.end(), parent) != suggested.end();

@@ -17,6 +17,9 @@ class vmdk_collection {
   /// is no sparse VMDK that can be opened.
   bool add_disk(const std::string& path);
 
+  /// True if a file names itself as the one that it builds on, be it one that did not stay.
+  bool has_own_parent() const { return m_has_own_parent; }
+
   /// All files by their CIDs.
   const std::map<std::string, std::unique_ptr<vmdk_disk>>& disks() const { return m_disks; }
 
@@ -42,6 +45,7 @@ class vmdk_collection {
   piece piece_at(uint64_t offset) const;
 
   std::map<std::string, std::unique_ptr<vmdk_disk>> m_disks;
+  bool m_has_own_parent = false;
   std::vector<const vmdk_disk*> m_chain;
 };
 

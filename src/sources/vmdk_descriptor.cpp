@@ -18,6 +18,12 @@ constexpr descriptor_key keys[] = {
     {"parentfilenamehint=", &vmdk_descriptor::parent_file_hint},
 };
 
+/// A hexadecimal number as it is compared: lower-case, without zeros in front.
+std::string number_text(const std::string& text) {
+  const size_t first = text.find_first_not_of('0');
+  return first == std::string::npos ? text : lower_ascii(text.substr(first));
+}
+
 }  // namespace
 
 vmdk_descriptor parse_vmdk_descriptor(byte_view bytes) {
@@ -30,9 +36,8 @@ vmdk_descriptor parse_vmdk_descriptor(byte_view bytes) {
       if (lower.starts_with(key)) descriptor.*row.field = trim(line.substr(key.size()));
     }
   }
-  // Both are hexadecimal numbers.
-  descriptor.cid = lower_ascii(descriptor.cid);
-  descriptor.parent_cid = lower_ascii(descriptor.parent_cid);
+  descriptor.cid = number_text(descriptor.cid);
+  descriptor.parent_cid = number_text(descriptor.parent_cid);
   return descriptor;
 }
 

@@ -9,12 +9,14 @@ namespace ovrik {
 
 struct vmdk_descriptor {
   std::string encoding;
-  std::string cid;               ///< identifies the state of this disk; lower-case
-  std::string parent_cid;        ///< of the disk that it builds on; lower-case
+  std::string cid;               ///< identifies the state of this disk; lower-case hexadecimal
+  std::string parent_cid;        ///< of the disk that it builds on
   std::string parent_file_hint;  ///< where that disk was last seen, quotes included
 
   /// True if the disk stands by itself.
   bool is_base() const { return parent_cid == "ffffffff"; }
+  /// True if it names itself as the disk that it builds on.
+  bool is_own_parent() const { return parent_cid == cid; }
 };
 
 /// Reads the lines up to the first zero byte. A key counts whatever its case, at the start of a

@@ -20,6 +20,8 @@ constexpr size_t table_entries_at = 44;      // u32
 constexpr size_t directory_offset_at = 56;   // u64, sectors
 constexpr size_t overhead_at = 64;           // u64, sectors
 
+constexpr uint64_t largest_descriptor = 0x40000;  // they are written with 10 KiB
+
 constexpr uint32_t zeroed_grain = 1;
 constexpr uint32_t entry_bytes = 4;  // of a grain directory or table
 
@@ -66,6 +68,7 @@ bool vmdk_disk::read_header() {
     return false;
   }
   std::vector<uint8_t> text;
+  descriptor_size = std::min(descriptor_size, largest_descriptor);
   if (!read_vector(m_file, text, descriptor_size, descriptor)) return false;
   m_descriptor = parse_vmdk_descriptor(byte_view(text));
   return m_grain_bytes != 0 && m_entries_per_table != 0 && read_tables(directory, overhead);
@@ -85,21 +88,40 @@ bool vmdk_disk::read_tables(uint64_t directory_at, uint64_t overhead) {
   // Tables that overlap do not make a file larger than it is.
   uint64_t bytes_left = m_file_size;
   const byte_view directory(bytes);
-  std::vector<uint8_t> table;
   for (size_t at = 0; directory.has(at, entry_bytes); at += entry_bytes) {
-    grain_table& loaded = m_grain_directory.emplace_back();
+    grain_table& table = m_grain_directory.emplace_back();
     const uint32_t sector = directory.u32_at(at);
-    if (sector == 0) continue;  // no grain of this table was ever stored
-    const uint64_t wanted = std::min(uint64_t{m_entries_per_table} * entry_bytes, bytes_left);
-    if (!read_vector(m_file, table, wanted, sector * sector_bytes)) break;
-    bytes_left -= table.size();
-    loaded.first = static_cast<uint32_t>(m_grains.size());
-    loaded.count = static_cast<uint32_t>(table.size() / entry_bytes);
-    for (uint32_t i = 0; i < loaded.count; ++i) {
-      m_grains.push_back(byte_view(table).u32_at(uint64_t{i} * entry_bytes));
+    if (sector == 0) {
+      table.known = m_entries_per_table;  // no grain of it was ever stored
+    } else {
+      read_table(table, sector * sector_bytes, bytes_left);
     }
   }
   return true;
+}
+
+void vmdk_disk::read_table(grain_table& table, uint64_t offset, uint64_t& bytes_left) {
+  constexpr uint64_t piece_bytes = 0x10000;
+  uint64_t wanted = std::min(uint64_t{m_entries_per_table} * entry_bytes, bytes_left);
+  table.first = static_cast<uint32_t>(m_grains.size());
+  uint64_t zeros = 0;  // entries in front of the next one that is not zero
+  std::vector<uint8_t> piece;
+  while (wanted != 0 && read_vector(m_file, piece, std::min(wanted, piece_bytes), offset)) {
+    const byte_view entries(piece);
+    for (size_t at = 0; entries.has(at, entry_bytes); at += entry_bytes) {
+      const uint32_t sector = entries.u32_at(at);
+      ++zeros;
+      if (sector == 0) continue;
+      m_grains.resize(m_grains.size() + static_cast<size_t>(zeros));
+      m_grains.back() = sector;
+      zeros = 0;
+    }
+    offset += piece.size();
+    wanted -= piece.size();
+    bytes_left -= piece.size();
+  }
+  table.count = static_cast<uint32_t>(m_grains.size() - table.first);
+  table.known = table.count + zeros;
 }
 
 grain_state vmdk_disk::vmdk_locate(uint64_t offset, uint64_t& file_offset) const {
@@ -108,6 +130,7 @@ grain_state vmdk_disk::vmdk_locate(uint64_t offset, uint64_t& file_offset) const
   if (table >= m_grain_directory.size()) return grain_state::absent;
   const grain_table& entries = m_grain_directory[static_cast<size_t>(table)];
   const uint64_t entry = grain % m_entries_per_table;
+  if (entry >= entries.known) return grain_state::zeroed;
   if (entry >= entries.count) return grain_state::absent;
   const uint32_t sector = m_grains[entries.first + static_cast<size_t>(entry)];
   if (sector == 0) return grain_state::absent;

@@ -21,7 +21,8 @@ class vmdk_disk {
  public:
   /// Opens the file at `path` (UTF-8) and reads its header, its descriptor and its grain tables.
   /// False: it does not open or is no such file, or what leads to the grain tables makes no sense.
-  /// Tables that cannot be read, and those behind them, are left out.
+  /// Grains whose table entry cannot be read count as zeros: what an older disk holds in their
+  /// place is not known to be what this one meant.
   bool open_disk(const std::string& path);
 
   const std::string& path() const { return m_path; }
@@ -43,14 +44,16 @@ class vmdk_disk {
   size_t read(uint8_t* buffer, size_t size, uint64_t file_offset) const;
 
  private:
-  /// Where the entries of one grain table stand in `m_grains`.
+  /// Where the entries of one grain table stand in `m_grains`, without the zeros at its end.
   struct grain_table {
     uint32_t first = 0;
-    uint32_t count = 0;  ///< fewer than a table has if the file ends within it
+    uint32_t count = 0;
+    uint64_t known = 0;  ///< how many entries could be read, zeros included
   };
 
   bool read_header();
   bool read_tables(uint64_t directory_at, uint64_t overhead);
+  void read_table(grain_table& table, uint64_t offset, uint64_t& bytes_left);
 
   uni::fileio m_file;
   std::string m_path;

@@ -124,7 +124,22 @@ TEST_F(vmdk_road, disks_and_chains_give_the_rows_of_the_file) {
   EXPECT_EQ(rows({"-vmdk", list, "-csv"}), wanted) << list;
   for (const std::string& file : files) after += state_of(file);
   EXPECT_EQ(before, after);
-  EXPECT_EQ(run({"-vmdk", list, "-out", "snap1.vmdk"}).exit_status, failure);
+  // A file that nobody names may still be one that the disk needs.
+  for (const std::string& named : {list, std::string("snap2.vmdk")}) {
+    EXPECT_EQ(run({"-vmdk", named, "-out", "snap1.vmdk"}).exit_status, failure);
+    EXPECT_NE(before.find(state_of("snap1.vmdk")), std::string::npos) << named;
+  }
+  fs::rename(folder.path("base.vmdk"), folder.path("base,old;1.vmdk"));
+  bytes moved = read_file(folder.path("snap1.vmdk"));
+  const std::string text = as_text(moved);
+  const size_t hint = text.find("parentFileNameHint=\"base.vmdk\"\n");
+  ASSERT_NE(hint, std::string::npos);
+  put(moved, hint, as_bytes("parentFileNameHint=\"base,old;1.vmdk\"\n\0"));
+  write_file(folder.path("snap1.vmdk"), moved);
+  EXPECT_NE(run({"-vmdk", "snap2.vmdk"})
+                .err.find("array: -vmdk \"snap2.vmdk | snap1.vmdk\" -vmdk \"base,old;1.vmdk\"\n"),
+            std::string::npos);
+  EXPECT_EQ(rows({"-vmdk", "snap2.vmdk | snap1.vmdk", "-vmdk", "base,old;1.vmdk", "-csv"}), wanted);
 }
 
 TEST_F(vmdk_road, what_is_no_chain_with_a_hive_ends_in_words_or_silence) {

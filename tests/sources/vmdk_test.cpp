@@ -90,6 +90,16 @@ TEST_F(vmdk, each_grain_comes_from_the_newest_file_that_holds_it) {
                           .data = {{5, bytes(1024, 'X')}, {20, bytes(1024, 'Y')}}};
   EXPECT_EQ(grains({base, put_file("fine", fine.file())}), ".!bc.!.........d");
 
+  // A table that cannot be read hides what is older; those behind it count.
+  bytes damaged = middle.file();
+  put_u32(damaged, 3 * 512, 0xFFFFFF);
+  EXPECT_EQ(grains({base, put_file("damaged", damaged)}), "no disk") << "no directory";
+  damaged = middle.file();
+  put_u32(damaged, 3 * 512 + 4, 0xFFFFFF);
+  EXPECT_EQ(grains({base, put_file("damaged", damaged)}), ".A.c.....E.....d");
+  put_u32(damaged, 3 * 512 + 12, 0xFFFFFF);
+  EXPECT_EQ(grains({base, put_file("damaged", damaged)}), ".A.c.....E......");
+
   // A file that ends within a grain: the rest of it is zeros.
   bytes cut = read_file(base);
   cut.resize(cut.size() - 2 * vmdk_builder::sector);
@@ -132,6 +142,7 @@ TEST_F(vmdk, a_missing_parent_is_found_by_its_hint) {
       {"parentFileNameHint=\"D:\\VMs\\lab\\base.vmdk\"\n", depends("D:\\VMs\\lab\\base.vmdk")},
       {"parentFileNameHint=\"/vmfs/volumes/1/base.vmdk\"\n", depends("/vmfs/volumes/1/base.vmdk")},
       {"parentFileNameHint=\"" + base + "\"\n", depends("base.vmdk")},
+      {"parentFileNameHint=\"../gone/base.vmdk\"\n", depends("../gone/base.vmdk")},
       {"parentFileNameHint=\"gone.vmdk\"\n", aborting + "other,"},
       {"parentFileNameHint=\"/gone/\"\n", aborting + "other,"},
       {"parentFileNameHint=\"other\"\n", aborting + "other,"},
@@ -141,6 +152,13 @@ TEST_F(vmdk, a_missing_parent_is_found_by_its_hint) {
     const std::string other = put_disk("other", "CID=00000005\nparentCID=00000001\n" + c.lines);
     EXPECT_EQ(check({other}), c.outcome) << c.lines;
   }
+  // A hint counts from the folder of its own disk, and a file with the right CID comes first.
+  std::filesystem::create_directories(folder.path("sub/deep"));
+  write_file(folder.path("sub/base.vmdk"), read_file(base));
+  put_disk("sub/deep/base.vmdk", vmdk_descriptor_text("00000007", "ffffffff"));
+  const std::string deep =
+      put_disk("sub/deep/snap", vmdk_descriptor_text("00000006", "1", "../base.vmdk"));
+  EXPECT_TRUE(check({deep}).ends_with("sub/deep/snap,sub/deep/../base.vmdk,")) << check({deep});
   // The list that is suggested is whole.
   const std::string last = put_disk("last", vmdk_descriptor_text("00000003", "00000002", "child"));
   EXPECT_EQ(check({last}),
@@ -170,6 +188,10 @@ TEST_F(vmdk, chains_without_sense_are_refused) {
   EXPECT_EQ(check({folder.path("absent")}), "no: absent can't be opened\nabsent,");
   const std::string base = put_disk("base", base_text, {{1, full('a')}});
   EXPECT_EQ(grains({base, one, two}), ".a..............") << "a ring beside the chain";
+  const std::string copy = put_disk("copy", vmdk_descriptor_text("1", "00000001"));
+  for (const std::vector<std::string>& list : {std::vector{base, copy}, {copy, base}}) {
+    EXPECT_TRUE(check(list).starts_with("no: Child VMDK CID errors, aborting\n")) << check(list);
+  }
 }
 
 TEST_F(vmdk, every_field_may_hold_anything_and_the_file_may_end_anywhere) {
