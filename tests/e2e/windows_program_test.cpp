@@ -65,12 +65,47 @@ TEST_F(windows_program, a_volume_is_read_through_its_device) {
   const fs::path link = fs::path(std::getenv("WINEPREFIX")) / "dosdevices/o::";
   fs::remove(link);
   fs::create_symlink(folder.path("volume"), link);
+  // Beside the image road, which finds a length, the reader of devices, which has to ask.
+  EXPECT_EQ(run_helper("ask_windows.exe", {"device", "\\\\.\\O:"}).out,
+            std::to_string(built.volume.size()) + " NTFS    ");
+  EXPECT_EQ(run_helper("ask_windows.exe", {"device", "O:"}).out, "does not open");
   const run_result result = run({"-image", "\\\\.\\O:"});
   EXPECT_EQ(result.err, "");
   EXPECT_EQ(body_of(result.out).substr(body_of(result.out).find("reg date")),
             body({"-hive", "sets.hiv"}).substr(body({"-hive", "sets.hiv"}).find("reg date")));
   fs::remove(link);
   EXPECT_EQ(run({"-image", "\\\\.\\O:"}).exit_status, failure);
+}
+
+TEST_F(windows_program, paths_have_a_form_of_any_length) {
+  const std::string here = "Z:" + host_path(folder.path());
+  struct {
+    const char* form;
+    std::string path, expected;
+  } const rows[] = {
+      {"long-form", "C:\\a\\b", "\\\\?\\C:\\a\\b"},
+      {"long-form", "c:/a/b", "\\\\?\\c:\\a\\b"},
+      {"long-form", "C:\\a.", "\\\\?\\C:\\a."},
+      {"long-form", "a\\..\\b", "\\\\?\\" + here + "\\b"},
+      {"long-form", "Ж/b", "\\\\?\\" + here + "\\Ж\\b"},
+      {"long-form", "\\\\server\\share\\a", "\\\\?\\UNC\\server\\share\\a"},
+      {"long-form", "\\\\?\\C:\\a", "\\\\?\\C:\\a"},
+      {"long-form", "\\\\.\\C:", "\\\\.\\C:"},
+      {"absolute", " \"a b\" ", here + "\\a b"},
+      {"absolute", "C:/a/../b", "C:\\b"},
+      {"absolute", "\\\\.\\PhysicalDrive0", "\\\\.\\PhysicalDrive0"},
+      {"absolute", "\"\"", ""},
+      {"stripped", "\\\\?\\C:\\x", "C:\\x"},
+      {"stripped", "\\\\?\\", "\\\\?\\"},
+      {"stripped", "\\\\?\\UNC\\server\\x", "\\\\?\\UNC\\server\\x"},
+      {"stripped", "C:\\" + std::string(60, 'g'), "C:\\" + std::string(60, 'g')},
+      {"stripped", "\\\\?\\C:\\" + std::string(60, 'g'), "C:\\" + std::string(60, 'g')},
+      {"stripped", "\\\\?\\GLOBALROOT\\Device\\HarddiskVolumeShadowCopy3\\x",
+       "\\\\?\\GLOBALROOT\\Device\\HarddiskVolumeShadowCopy3\\x"},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(run_helper("ask_windows.exe", {row.form, row.path}).out, row.expected) << row.path;
+  }
 }
 
 TEST_F(windows_program, what_the_running_system_lacks_does_not_open) {

@@ -1,0 +1,45 @@
+// ask_windows WHAT TEXT: prints what the program's own layers make of TEXT on this Windows.
+//   long-form PATH   the form of the path that may have any length
+//   absolute PATH    the path from the root on
+//   stripped PATH    the path without the long prefix
+//   device PATH      of the device: its size, and the first 8 characters behind byte 3
+#include <cstdio>
+#include <map>
+#include <string>
+
+#include "base/windows_api_win32.h"
+#include "sources/host_path.h"
+#include "sources/long_path_win32.h"
+#include "sources/lv_portable_dir.h"
+#include "sources/raw_device.h"
+
+namespace {
+
+std::string long_form(const std::string& path) {
+  return ovrik::from_wide(ovrik::long_form(ovrik::to_wide(path)));
+}
+
+std::string absolute(const std::string& path) { return ovrik::make_absolute_path(path); }
+
+std::string device(const std::string& path) {
+  const auto disk = ovrik::open_device(ovrik::device_kind::volume, path);
+  if (disk == nullptr) return "does not open";
+  char name[8] = {};
+  uint32_t size = sizeof name;
+  if (!disk->read(name, size, 3)) return "cannot be read";
+  return std::to_string(disk->size()) + " " + std::string(name, size);
+}
+
+}  // namespace
+
+extern "C" int wmain(int argc, wchar_t** argv) {
+  const std::map<std::wstring, std::string (*)(const std::string&)> answers = {
+      {L"long-form", long_form},
+      {L"absolute", absolute},
+      {L"stripped", lvportdir::strip_long_prefix},
+      {L"device", device},
+  };
+  if (argc != 3 || !answers.contains(argv[1])) return 1;
+  std::fputs(answers.at(argv[1])(ovrik::from_wide(argv[2])).c_str(), stdout);
+  return 0;
+}
