@@ -26,7 +26,8 @@ std::unique_ptr<reg_hive> open_volume_hive(std::unique_ptr<RAW_DISK_IO> disk,
                                            const volume_place& place) {
   if (disk == nullptr) return nullptr;
   ntfs_volume volume(std::move(disk), place.volume_offset);
-  return volume.mount() ? read_volume_hive(volume, place.inner_path, place.log) : nullptr;
+  if (!volume.mount()) return nullptr;
+  return read_volume_hive(volume, place.inner_path, place.log);
 }
 
 std::unique_ptr<reg_hive> open_image_hive(const std::string& image, const volume_place& place) {
