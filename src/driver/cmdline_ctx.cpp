@@ -1,6 +1,5 @@
 #include "driver/cmdline_ctx.h"
 
-#include <cstdio>
 #include <sstream>
 
 #include "driver/console.h"
@@ -27,7 +26,7 @@ cmdline_ctx::~cmdline_ctx() {
   if (clear_line_at_end) clear_progress();
   if (m_start_time) {
     const std::string elapsed = elapsed_text(*m_start_time);
-    if (profile) std::fprintf(stderr, "%s\n", elapsed.c_str());
+    if (profile) print_message("%s\n", elapsed.c_str());
     uni::fileio diagnostics;
     if (!diag_path.empty() && diagnostics.open_append(diag_path)) {
       diagnostics.append(elapsed.data(), elapsed.size());

@@ -3,12 +3,12 @@
 // the output forms the one read last wins.
 #include "driver/common_options.h"
 
-#include <cstdio>
 #include <memory>
 #include <utility>
 
 #include "base/number_text.h"
 #include "base/text.h"
+#include "driver/console.h"
 #include "driver/date_window.h"
 #include "driver/evidence_guard.h"
 #include "driver/hive_aliases.h"
@@ -54,7 +54,7 @@ bool accept(cmd_params& /*options*/, const std::string& /*value*/, argument_list
 }
 
 bool refuse(cmd_params& /*options*/, const std::string& /*value*/, argument_list& /*args*/) {
-  std::fputs("This option is not offered in this build\n", stderr);
+  print_message("This option is not offered in this build\n");
   return false;
 }
 
@@ -95,7 +95,7 @@ void take_format(std::string& format, const std::string& value, bool plausible) 
   if (plausible) {
     format = lower_ascii(value);
   } else {
-    std::fprintf(stderr, "invalid %s, using default format\n", value.c_str());
+    print_message("invalid %s, using default format\n", value.c_str());
   }
 }
 

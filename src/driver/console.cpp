@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <cstdarg>
-#include <cstdio>
 #include <string>
 
 #include "base/format_text.h"
 #include "base/text.h"
+#include "sources/fileio.h"
 
 namespace ovrik {
 
@@ -15,9 +15,11 @@ namespace {
 constexpr const char* erase_line = "\x1b[2K";
 constexpr size_t message_buffer = 4096;  // with the terminator
 
+// Not through the library's stream, which may hand on a text byte by byte.
 void print_error(const std::string& text) {
-  std::fwrite(text.data(), 1, text.size(), stderr);
-  std::fflush(stderr);
+  uni::fileio error;
+  error.attach_standard_error();
+  error.append(text.data(), text.size());
 }
 
 }  // namespace
@@ -32,6 +34,13 @@ size_t show_progress(size_t max_width, std::string_view text) {
 }
 
 void clear_progress() { print_error(std::string(erase_line) + '\r' + std::string(27, ' ') + '\r'); }
+
+void print_message(const char* format, ...) {
+  va_list arguments;
+  va_start(arguments, format);
+  print_error(format_text(format, arguments));
+  va_end(arguments);
+}
 
 void print_problem(const char* format, ...) {
   clear_progress();

@@ -14,6 +14,10 @@ size_t show_progress(size_t max_width, std::string_view text);
 /// Wipes the progress line.
 void clear_progress();
 
+/// Prints the formatted message in one piece: a console shows the bytes of a character that come
+/// one by one as so many characters.
+void print_message(const char* format, ...) __attribute__((format(printf, 1, 2)));
+
 /// Wipes the progress line and prints the formatted message. One that is just too long for 4096
 /// bytes ends in "...", a longer one is not printed.
 void print_problem(const char* format, ...) __attribute__((format(printf, 1, 2)));

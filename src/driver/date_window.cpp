@@ -1,7 +1,6 @@
 #include "driver/date_window.h"
 
-#include <cstdio>
-
+#include "driver/console.h"
 #include "output/date_text.h"
 #include "sources/lv_portable_dir.h"
 
@@ -36,7 +35,7 @@ bool take_start_time(cmd_params& options, const std::string& value) {
   date_and_time parts;
   if (!split_value(value, parts)) return false;
   options.start_time_on = to_filetime(parts, options.start_filetime);
-  if (!options.start_time_on) std::fputs("invalid start time, ignoring\n", stderr);
+  if (!options.start_time_on) print_message("invalid start time, ignoring\n");
   return true;
 }
 
@@ -50,7 +49,7 @@ bool take_stop_time(cmd_params& options, const std::string& value) {
   if (options.stop_time_on) {
     options.stop_filetime = stop;
   } else {
-    std::fputs("invalid stop time, ignoring\n", stderr);
+    print_message("invalid stop time, ignoring\n");
   }
   return true;
 }

@@ -1,11 +1,11 @@
 #include "driver/evidence_guard.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <vector>
 
 #include "base/byte_view.h"
 #include "base/text.h"
+#include "driver/console.h"
 #include "driver/path_variables.h"
 #include "sources/fileio.h"
 #include "sources/lv_portable_dir.h"
@@ -45,7 +45,7 @@ bool is_free_of_evidence(const std::string& path, const argument_list& args) {
       std::any_of(args.begin() + 1, args.end(),
                   [&path](const std::string& argument) { return names_file(argument, path); });
   if (!named && !looks_like_evidence(path)) return true;
-  std::fprintf(stderr, "prob opening file %s for output, aborting\n", path.c_str());
+  print_message("prob opening file %s for output, aborting\n", path.c_str());
   return false;
 }
 

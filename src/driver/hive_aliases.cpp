@@ -1,9 +1,9 @@
 #include "driver/hive_aliases.h"
 
-#include <cstdio>
 #include <vector>
 
 #include "base/text.h"
+#include "driver/console.h"
 #include "sources/host_path.h"
 
 namespace ovrik {
@@ -14,7 +14,7 @@ namespace {
 bool split_pairs(const std::string& pairs, std::vector<std::string>& parts) {
   parts = split(pairs, '|');
   if (parts.size() % 2 == 0) return true;
-  std::fprintf(stderr, "%s, aborting\n", "imbalanced alias to true pathfiles");
+  print_message("%s, aborting\n", "imbalanced alias to true pathfiles");
   return false;
 }
 

@@ -9,6 +9,7 @@
 #include "driver/path_variables.h"
 #include "driver/registry_commands.h"
 #include "driver/stdin_stream.h"
+#include "driver/wow64_redirect_adt.h"
 #include "sources/fileio.h"
 #include "sources/lv_portable_dir.h"
 
@@ -25,6 +26,7 @@ std::unique_ptr<uni::stdin_stream> open_list(const cmdline_options& options) {
 }
 
 bool opens(const std::string& path) {
+  const wow64_redirect_adt guard;
   uni::fileio file;
   return file.open_read(path);
 }
@@ -58,7 +60,7 @@ int32_t run_list_road(cmdline_options& options, std::ostream& out) {
     options.source_path = expand_path_variables(lvportdir::strip_long_prefix(line));
     options.hive_location = options.source_path;
     if (!opens(options.source_path)) continue;
-    std::fprintf(stderr, "analyzing: %s\n", options.source_path.c_str());
+    print_message("analyzing: %s\n", options.source_path.c_str());
     if (!process_hive(options, out)) return 0;
     out.flush();  // what one hive gave is safe from whatever the next one does
   }

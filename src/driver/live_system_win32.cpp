@@ -1,5 +1,4 @@
-#include <cstdio>
-
+#include "driver/console.h"
 #include "driver/live_system.h"
 #include "driver/windows_facts.h"
 
@@ -10,8 +9,8 @@ namespace {
 /// False: the rights are missing, which is said with `words` in front of the advice.
 bool check_rights(const char* words) {
   if (have_admin_rights(running_windows())) return true;
-  std::fputs(words, stderr);
-  std::fputs("need to restart cmd prompt using \"Run As Administrator\" option...\n", stderr);
+  print_message("%s", words);
+  print_message("need to restart cmd prompt using \"Run As Administrator\" option...\n");
   return false;
 }
 

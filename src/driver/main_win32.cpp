@@ -6,10 +6,10 @@
 #include "base/windows_api_win32.h"
 #include "driver/run.h"
 
-// The runtime takes the wide arguments as they are: it would fill in file names for a star.
+// The runtime hands the arguments on as they are, and does not fill in file names for a star.
 extern "C" {
-extern int _CRT_glob;
-int _CRT_glob = 0;
+extern int _dowildcard;
+int _dowildcard = 0;
 }
 
 extern "C" int wmain(int argc, wchar_t** argv) {

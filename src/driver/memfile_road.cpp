@@ -1,7 +1,6 @@
 #include "driver/memfile_road.h"
 
 #include <cinttypes>
-#include <cstdio>
 #include <string>
 
 #include "driver/console.h"
@@ -44,13 +43,13 @@ class carving_words : public carve_listener {
   }
 
   void db_cell_reached(size_t index, const db_cell& cell) override {
-    std::fprintf(stderr, "Address #%zu : offset: 0x%08x : offset: 0x%08x : num: 0x%04x\n", index,
-                 cell.position, cell.list_offset, cell.segment_count);
+    print_message("Address #%zu : offset: 0x%08x : offset: 0x%08x : num: 0x%04x\n", index,
+                  cell.position, cell.list_offset, cell.segment_count);
   }
 
   void segment_missing(uint32_t number, uint32_t cell_offset, uint32_t page_offset) override {
-    std::fprintf(stderr, "hbin #%u, offset: 0x%08x [not available], adjusted 0x%08x\n", number,
-                 cell_offset, page_offset);
+    print_message("hbin #%u, offset: 0x%08x [not available], adjusted 0x%08x\n", number,
+                  cell_offset, page_offset);
   }
 
   /// Takes the progress away in front of the first words.
@@ -81,7 +80,7 @@ class carved_file {
   /// Ends the file. False: what was written did not arrive, which has been said on standard error.
   bool finish(bool written) {
     if (m_file.close() && written) return true;
-    std::fprintf(stderr, "prob writing %s\n", m_path.c_str());
+    print_message("prob writing %s\n", m_path.c_str());
     return false;
   }
 
@@ -146,13 +145,13 @@ int32_t run_memfile_road(cmdline_options& options) {
   scanned_source source;
   if (!open_scanned_source(source, options.source_path)) return -1;
   if (!lvportdir::make_folders(chunk_folder)) {
-    std::fprintf(stderr, "prob trying to create the folder %s, continuing w/o one\n", chunk_folder);
+    print_message("prob trying to create the folder %s, continuing w/o one\n", chunk_folder);
   }
   carving_words words(options);
   const bool found = scan_pages(source, words);
   words.end_progress();
   if (!found) {
-    std::fputs("none found\n", stderr);
+    print_message("none found\n");
     return -1;
   }
   if (!are_bins_in_place(source)) return -1;

@@ -1,7 +1,6 @@
 #include "driver/results_file.h"
 
-#include <cstdio>
-
+#include "driver/console.h"
 #include "sources/lv_portable_dir.h"
 
 namespace ovrik {
@@ -10,7 +9,7 @@ bool probe_results_file(const std::string& path) {
   if (lvportdir::is_pipe(path)) return true;
   uni::fileio file;
   if (!file.open_write(path)) {
-    std::fprintf(stderr, "prob opening file %s for output, aborting\n", path.c_str());
+    print_message("prob opening file %s for output, aborting\n", path.c_str());
     return false;
   }
   file.close();
@@ -36,7 +35,7 @@ bool results_stream::finish() {
   const bool written = m_stream->good();
   const bool closed = m_file.close();
   if (written && closed) return true;
-  std::fprintf(stderr, "prob writing results file: %s\n", m_name.c_str());
+  print_message("prob writing results file: %s\n", m_name.c_str());
   return false;
 }
 

@@ -1,11 +1,10 @@
 #include "driver/run.h"
 
-#include <cstdio>
-
 #include "driver/binary_road.h"
 #include "driver/cmd_params.h"
 #include "driver/cmdline_ctx.h"
 #include "driver/command_line.h"
+#include "driver/console.h"
 #include "driver/hive_road.h"
 #include "driver/list_road.h"
 #include "driver/memfile_road.h"
@@ -64,7 +63,7 @@ int32_t run(argument_list args) {
 
   results_stream results_file;
   if (options.out_file_given && !results_file.open(options.out_path)) {
-    std::fprintf(stderr, "prob opening results file: %s for writing\n", options.out_path.c_str());
+    print_message("prob opening results file: %s for writing\n", options.out_path.c_str());
     return -1;
   }
   std::ostream& out = options.out_file_given ? results_file.out() : standard_output.out();

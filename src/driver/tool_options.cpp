@@ -1,10 +1,10 @@
 #include "driver/tool_options.h"
 
-#include <cstdio>
 #include <sstream>
 
 #include "base/number_text.h"
 #include "driver/common_options.h"
+#include "driver/console.h"
 #include "driver/live_system.h"
 #include "driver/path_variables.h"
 #include "driver/vmdk_road.h"
@@ -55,21 +55,21 @@ bool take_image(cmdline_options& options, const std::string& value, argument_lis
   options.image_mode = true;
   options.source_path = make_absolute_path(value);
   if (options.source_path.empty()) {
-    std::fprintf(stderr, "prob understanding destination of %s aborting\n,", value.c_str());
+    print_message("prob understanding destination of %s aborting\n,", value.c_str());
     return false;
   }
   const bool offset_given = options.volume_offset != 0;
   const bool ignore_size = offset_given && take_flag("-ignore_image_size", args);
   const auto disk = open_image(options.source_path);
   if (disk == nullptr) {
-    std::fprintf(stderr, "invalid image: %s\n\n", options.source_path.c_str());
+    print_message("invalid image: %s\n\n", options.source_path.c_str());
     return false;
   }
   std::ostringstream text;
   bool found = false;
   if (pick_ntfs_offset(text, found, options.volume_offset, *disk, ignore_size)) return true;
   if (!offset_given && found && options.volume_offset == 0) return true;
-  std::fprintf(stderr, "%s\n", text.str().c_str());
+  print_message("%s\n", text.str().c_str());
   return false;
 }
 

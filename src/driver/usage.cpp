@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "driver/console.h"
 #include "driver/option_scan.h"
 
 namespace ovrik {
@@ -52,8 +53,8 @@ constexpr const char* options_text =
 }  // namespace
 
 void print_usage(const std::string& program_path) {
-  std::fprintf(stderr, "%s%s\n%s\n\n%s", title, title_rule, program_name_of(program_path).c_str(),
-               options_text);
+  print_message("%s%s\n%s\n\n%s", title, title_rule, program_name_of(program_path).c_str(),
+                options_text);
 }
 
 }  // namespace ovrik

@@ -1,6 +1,5 @@
 #include "driver/vmdk_road.h"
 
-#include <cstdio>
 #include <memory>
 #include <sstream>
 #include <utility>
@@ -8,6 +7,7 @@
 
 #include "base/number_text.h"
 #include "base/text.h"
+#include "driver/console.h"
 #include "driver/hive_road.h"
 #include "driver/hive_source.h"
 #include "driver/volume_source.h"
@@ -48,9 +48,9 @@ bool check_chain(const std::vector<std::string>& files, const char* option_name)
   std::ostringstream text;
   std::vector<std::string> suggested;
   if (vmdk_check_chain(files, text, suggested)) return true;
-  std::fprintf(stderr, "%s\n", text.str().c_str());
+  print_message("%s\n", text.str().c_str());
   if (!suggested.empty()) {
-    std::fprintf(stderr, "suggested array: %s\n", option_text(suggested, option_name).c_str());
+    print_message("suggested array: %s\n", option_text(suggested, option_name).c_str());
   }
   return false;
 }
@@ -60,13 +60,13 @@ bool pick_offset_on_disks(const std::vector<std::string>& files, uint64_t& offse
                           bool ignore_size) {
   const auto disk = open_vmdk_chain(files);
   if (disk == nullptr) {
-    std::fputs("invalid disk collection of snaps \n", stderr);
+    print_message("invalid disk collection of snaps \n");
     return false;
   }
   std::ostringstream text;
   bool found = false;
   if (pick_ntfs_offset(text, found, offset, *disk, ignore_size) || found) return true;
-  std::fputs(text.str().c_str(), stderr);
+  print_message("%s", text.str().c_str());
   return false;
 }
 

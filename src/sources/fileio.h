@@ -8,8 +8,9 @@
 
 namespace uni {
 
-/// A file or, for results, the standard output. Evidence is only ever opened through `open_read`,
-/// which asks the system for nothing but reading. Used by one thread at a time; closes itself.
+/// A file or, for what is said, the standard output or error. Evidence is only ever opened through
+/// `open_read`, which asks the system for nothing but reading. Used by one thread at a time; closes
+/// itself.
 class fileio {
  public:
   fileio() = default;
@@ -38,6 +39,9 @@ class fileio {
 
   /// Makes this object the standard output of the process, which is never closed.
   void attach_standard_output();
+
+  /// The same for the standard error.
+  void attach_standard_error();
 
   bool is_open() const { return m_file != no_file; }
 

@@ -89,6 +89,12 @@ void fileio::attach_standard_output() {
   m_owned = false;
 }
 
+void fileio::attach_standard_error() {
+  close();
+  m_file = STDERR_FILENO;
+  m_owned = false;
+}
+
 uint64_t fileio::length() const {
   if (!is_open()) return 0;
   const off_t end = lseek(descriptor_of(m_file), 0, SEEK_END);

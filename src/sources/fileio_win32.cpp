@@ -68,6 +68,12 @@ bool write_file(HANDLE file, const uint8_t* bytes, size_t size) {
   return true;
 }
 
+/// The handle of a standard stream; that of no file where the program has none.
+intptr_t standard_stream(DWORD which) {
+  HANDLE stream = GetStdHandle(which);
+  return reinterpret_cast<intptr_t>(stream == nullptr ? INVALID_HANDLE_VALUE : stream);
+}
+
 }  // namespace
 
 fileio::~fileio() { close(); }
@@ -122,9 +128,13 @@ bool fileio::open_append(const std::string& path) {
 
 void fileio::attach_standard_output() {
   close();
-  HANDLE output = GetStdHandle(STD_OUTPUT_HANDLE);
-  // A program without a standard output has a null handle, which no write must reach.
-  m_file = output == nullptr ? no_file : reinterpret_cast<intptr_t>(output);
+  m_file = standard_stream(STD_OUTPUT_HANDLE);
+  m_owned = false;
+}
+
+void fileio::attach_standard_error() {
+  close();
+  m_file = standard_stream(STD_ERROR_HANDLE);
   m_owned = false;
 }
 

@@ -51,6 +51,16 @@ TEST_F(windows_program, the_console_is_put_back_as_it_was) {
             "after: code page 437, mode 3\n");
 }
 
+TEST_F(windows_program, a_console_gets_characters_whole) {
+  const std::vector<std::string> command = ovrik_command();
+  const std::string line = command.front() + " " + program() + " -dateformat Жü名 -x -hive Жx";
+  const std::string shown =
+      run_program("/usr/bin/script", {"-qec", line, "/dev/null"}, {.folder = folder.path()}).out;
+  for (const char* text : {"invalid Жü名, using default format", "Problem opening Жx"}) {
+    EXPECT_NE(shown.find(text), std::string::npos) << text << " in " << shown;
+  }
+}
+
 TEST_F(windows_program, a_volume_is_read_through_its_device) {
   ntfs_builder built(256);
   const bytes hive = content("sets.hiv");
