@@ -13,8 +13,8 @@ class wow64_redirect_adt {
   wow64_redirect_adt& operator=(const wow64_redirect_adt&) = delete;
 
  private:
-  void* m_state = nullptr;  ///< what the redirection was, as the host keeps it
-  bool m_disabled = false;
+  [[maybe_unused]] void* m_state = nullptr;  ///< what the redirection was, as the host keeps it
+  [[maybe_unused]] bool m_disabled = false;
 };
 
 }  // namespace ovrik

@@ -41,7 +41,7 @@ class list_route {
   list_route(scanned_source& source, carve_listener& listener)
       : m_source(source),
         m_listener(listener),
-        m_segments_left(most_claimed + source.file_size / chunk_page_bytes) {}
+        m_misses_left(most_claimed + source.file_size / chunk_page_bytes) {}
 
   void run(carved_cache& carved) {
     for (size_t index = 0; index < m_source.db_cells.size(); ++index) {
@@ -60,9 +60,10 @@ class list_route {
 
  private:
   static constexpr uint64_t most_claimed = 0xFFFF;  // what one cell can claim
+  static constexpr uint32_t long_list = 1024;       // 16 MiB, more than any cache has
 
   /// Reads the offsets of a segment list. False: it does not lie in the source, its cell is too
-  /// small for it, or the lists so far have claimed more segments than the source has pages.
+  /// small for it, or it is long and the lists so far have named too much that is not there.
   bool read_list(const db_cell& cell, std::vector<uint8_t>& list) {
     const uint64_t position = cell.list_offset + base_block_bytes;
     const size_t list_bytes = size_t{4} * cell.segment_count;
@@ -71,8 +72,7 @@ class list_route {
     const int64_t size = static_cast<int32_t>(byte_view(size_field).u32_at(0));
     if (static_cast<uint64_t>(size < 0 ? -size : size) < 4 + list_bytes) return false;
     if (position + 4 + list_bytes > m_source.file_size) return false;
-    if (cell.segment_count > m_segments_left) return false;
-    m_segments_left -= cell.segment_count;
+    if (m_misses_left == 0 && cell.segment_count > long_list) return false;
     list.resize(list_bytes);
     return list.empty() || read_exactly(list, position + 4);
   }
@@ -91,6 +91,9 @@ class list_route {
           static_cast<uint32_t>(cell_offset + base_block_bytes - bin_page::first_cell_at);
       const auto bin = m_source.bin_pages.find(page_offset);
       if (bin == m_source.bin_pages.end()) {
+        // Pages that are there bound what is found; what is not there needs a bound of its own.
+        if (m_misses_left == 0) return;
+        --m_misses_left;
         m_listener.segment_missing(number, cell_offset, page_offset);
         continue;
       }
@@ -125,7 +128,7 @@ class list_route {
 
   scanned_source& m_source;
   carve_listener& m_listener;
-  uint64_t m_segments_left;
+  uint64_t m_misses_left;
 };
 
 /// The chunks that begin with a page that holds the header of a cache. The pages of the segments

@@ -16,8 +16,8 @@ class utf8_locale {
 
  private:
   // What was found; 0 without a console.
-  uint32_t m_output_code_page = 0;
-  uint32_t m_input_code_page = 0;
+  [[maybe_unused]] uint32_t m_output_code_page = 0;
+  [[maybe_unused]] uint32_t m_input_code_page = 0;
 };
 
 }  // namespace uni
