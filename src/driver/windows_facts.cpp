@@ -26,14 +26,10 @@ char drive_of(const std::string& path) {
   return path.size() >= 2 && path[1] == ':' ? path[0] : '\0';
 }
 
-bool on_network_drive(const windows_calls& system, const std::string& program) {
+/// What kind of drive the program was started from; a path without a drive is one of a network.
+uint32_t drive_type_of(const windows_calls& system, const std::string& program) {
   const char drive = drive_of(program);
-  return drive == '\0' || system.drive_type(drive) == network_drive;
-}
-
-bool on_removable_drive(const windows_calls& system, const std::string& program) {
-  const char drive = drive_of(program);
-  return drive != '\0' && system.drive_type(drive) == removable_drive;
+  return drive == '\0' ? network_drive : system.drive_type(drive);
 }
 
 std::string numbers(std::initializer_list<uint32_t> parts) {
@@ -94,8 +90,9 @@ host_facts facts_of_windows(const windows_calls& system) {
 
   std::string program;
   system.program_path(program);
-  facts.on_network_drive = on_network_drive(system, program);
-  facts.on_removable_drive = on_removable_drive(system, program);
+  const uint32_t drive = drive_type_of(system, program);
+  facts.on_network_drive = drive == network_drive;
+  facts.on_removable_drive = drive == removable_drive;
   facts.computer = "<unk>";
   system.computer_name(facts.computer);
   if (facts.on_network_drive) facts.computer += " [remote]";

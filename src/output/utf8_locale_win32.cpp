@@ -5,12 +5,12 @@ namespace uni {
 
 utf8_locale::utf8_locale()
     : m_output_code_page(GetConsoleOutputCP()), m_input_code_page(GetConsoleCP()) {
-  SetConsoleOutputCP(CP_UTF8);
+  if (m_output_code_page != 0) SetConsoleOutputCP(CP_UTF8);
 }
 
 utf8_locale::~utf8_locale() {
-  SetConsoleOutputCP(m_output_code_page);
-  SetConsoleCP(m_input_code_page);
+  if (m_output_code_page != 0) SetConsoleOutputCP(m_output_code_page);
+  if (m_input_code_page != 0) SetConsoleCP(m_input_code_page);
 }
 
 }  // namespace uni

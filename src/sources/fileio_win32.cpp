@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <map>
 
 #include "sources/fileio.h"
 #include "sources/host_path.h"
@@ -15,9 +16,14 @@ HANDLE handle_of(intptr_t file) {
   return reinterpret_cast<HANDLE>(file);  // NOLINT(performance-no-int-to-ptr): that is what it is
 }
 
-bool is_console(HANDLE file) {
+/// True if a standard stream goes to a console. That does not change, and asking costs a turn of
+/// the process behind the console, so each stream is asked once.
+bool is_console(HANDLE stream) {
+  static std::map<HANDLE, bool> answers;
+  const auto known = answers.find(stream);
+  if (known != answers.end()) return known->second;
   DWORD mode = 0;
-  return GetConsoleMode(file, &mode) != 0;
+  return answers[stream] = GetConsoleMode(stream, &mode) != 0;
 }
 
 /// Makes a file writable, so that it can be replaced.
