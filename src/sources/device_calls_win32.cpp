@@ -1,6 +1,6 @@
 #include "base/windows_api_win32.h"
 #include "sources/device_calls.h"
-#include "sources/long_path_win32.h"
+#include "sources/handle_win32.h"
 
 namespace ovrik {
 
@@ -24,20 +24,13 @@ class device_of_windows : public open_device_file {
   }
 
   bool read(void* buffer, uint32_t& size, uint64_t offset) override {
-    OVERLAPPED place{};
-    place.Offset = static_cast<DWORD>(offset);
-    place.OffsetHigh = static_cast<DWORD>(offset >> 32);
     DWORD got = 0;
-    const bool read = ReadFile(m_file.get(), buffer, size, &got, &place) != 0;
+    const bool read = read_handle(m_file.get(), buffer, size, offset, got);
     size = got;
     return read;
   }
 
-  uint64_t size() override {
-    LARGE_INTEGER size{};
-    if (GetFileSizeEx(m_file.get(), &size) == 0 || size.QuadPart < 0) return 0;
-    return static_cast<uint64_t>(size.QuadPart);
-  }
+  uint64_t size() override { return handle_length(m_file.get()); }
 
  private:
   file_handle m_file;

@@ -8,23 +8,6 @@
 
 namespace ovrik {
 
-/// The handle of an open file; closes itself.
-class file_handle {
- public:
-  explicit file_handle(HANDLE handle) : m_handle(handle) {}
-  ~file_handle() {
-    if (is_open()) CloseHandle(m_handle);
-  }
-  file_handle(const file_handle&) = delete;
-  file_handle& operator=(const file_handle&) = delete;
-
-  bool is_open() const { return m_handle != INVALID_HANDLE_VALUE; }
-  HANDLE get() const { return m_handle; }
-
- private:
-  HANDLE m_handle;
-};
-
 /// True if the last call failed because its path was too long, or was not found, which a path that
 /// is too long can look like.
 bool may_be_too_long();

@@ -1,8 +1,8 @@
 #include <string_view>
 
 #include "base/text.h"
+#include "sources/handle_win32.h"
 #include "sources/host_path.h"
-#include "sources/long_path_win32.h"
 #include "sources/lv_portable_dir.h"
 
 namespace lvportdir {
