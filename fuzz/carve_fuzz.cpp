@@ -1,8 +1,5 @@
 // Fuzz entry of the carver: the input is a whole source. Chunks must stay what they are said to be.
 
-#include <sys/mman.h>
-#include <unistd.h>
-
 #include <cstdlib>
 #include <set>
 #include <sstream>
@@ -11,6 +8,7 @@
 #include "hive/chunk_reassembly.h"
 #include "hive/chunk_scanner.h"
 #include "hive/chunk_stats.h"
+#include "memory_file.h"
 
 namespace {
 
@@ -63,10 +61,7 @@ void carve(const std::string& path) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  const int file = memfd_create("source", MFD_CLOEXEC);
-  if (file < 0) std::abort();
-  if (write(file, data, size) != static_cast<ssize_t>(size)) std::abort();
-  carve("/proc/self/fd/" + std::to_string(file));
-  close(file);
+  const memory_file source(ovrik::byte_view(data, size));
+  carve(source.path());
   return 0;
 }

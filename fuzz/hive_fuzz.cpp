@@ -1,10 +1,6 @@
 // Fuzz entry of the hive reader: opens the input as a hive and asks for both cache keys. The live
 // checks of the reader are answers here, not findings.
 
-#include <fcntl.h>
-#include <sys/mman.h>
-#include <unistd.h>
-
 #include <cstdlib>
 #include <string>
 #include <vector>
@@ -12,6 +8,7 @@
 #include "hive/control_sets.h"
 #include "hive/reg_assert.h"
 #include "hive/reg_query.h"
+#include "memory_file.h"
 
 namespace {
 
@@ -42,13 +39,10 @@ void read_all(const std::string& path, size_t size) {
 void ovrik::reg_assert_failed(const char*, unsigned) { throw failed_check(); }
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  const int file = memfd_create("hive", MFD_CLOEXEC);
-  if (file < 0) std::abort();
-  if (write(file, data, size) != static_cast<ssize_t>(size)) std::abort();
+  const memory_file hive(ovrik::byte_view(data, size));
   try {
-    read_all("/proc/self/fd/" + std::to_string(file), size);
+    read_all(hive.path(), size);
   } catch (const failed_check&) {
   }
-  close(file);
   return 0;
 }

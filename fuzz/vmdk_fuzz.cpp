@@ -1,39 +1,14 @@
 // Fuzz entry of virtual disks: the input is two files of a chain, with the length of the first in
 // front of them.
 
-#include <sys/mman.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cstdlib>
 #include <sstream>
 #include <string>
 
-#include "base/byte_view.h"
+#include "memory_file.h"
 #include "sources/vmdk_chain_check.h"
 #include "sources/vmdk_collection.h"
-
-namespace {
-
-/// A file in memory under a name in the file system.
-class memory_file {
- public:
-  explicit memory_file(ovrik::byte_view content) : m_file(memfd_create("disk", MFD_CLOEXEC)) {
-    if (m_file < 0) std::abort();
-    const ssize_t written = write(m_file, content.data(), content.size());
-    if (written != static_cast<ssize_t>(content.size())) std::abort();
-  }
-  ~memory_file() { close(m_file); }
-  memory_file(const memory_file&) = delete;
-  memory_file& operator=(const memory_file&) = delete;
-
-  std::string path() const { return "/proc/self/fd/" + std::to_string(m_file); }
-
- private:
-  int m_file;
-};
-
-}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (size > 0x40000) return 0;

@@ -1,6 +1,7 @@
 #include "base/text.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace ovrik {
 
@@ -37,6 +38,16 @@ std::vector<std::string> split(std::string_view text, char separator) {
     if (end == std::string_view::npos) return pieces;
     text.remove_prefix(end + 1);
   }
+}
+
+std::vector<std::string> list_parts(std::string list) {
+  remove_all(list, '"');
+  for (const char separator : {',', ';'}) replace_all(list, separator, '|');
+  std::vector<std::string> parts;
+  for (const std::string& piece : split(list, '|')) {
+    if (std::string part = trim(piece); !part.empty()) parts.push_back(std::move(part));
+  }
+  return parts;
 }
 
 void replace_all(std::string& text, char from, char to) {

@@ -19,6 +19,10 @@ std::string trim(std::string_view text);
 /// The pieces of `text` between the `separator`s, empty pieces included; never an empty list.
 std::vector<std::string> split(std::string_view text, char separator);
 
+/// The parts of a list that `|`, `,` and `;` separate, without quotes and without the blanks around
+/// them; empty ones are left out.
+std::vector<std::string> list_parts(std::string list);
+
 /// Every `from` in `text` becomes `to`.
 void replace_all(std::string& text, char from, char to);
 

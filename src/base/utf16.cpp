@@ -1,11 +1,10 @@
 #include "base/utf16.h"
 
+#include "base/utf8.h"
+
 namespace ovrik {
 
 namespace {
-
-bool is_high_surrogate(uint32_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
-bool is_low_surrogate(uint32_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
 
 /// Copies the ASCII units at the start of `count` UTF-16LE units to `out`; returns their number.
 size_t ascii_units(const uint8_t* units, size_t count, char* out) {
@@ -14,28 +13,6 @@ size_t ascii_units(const uint8_t* units, size_t count, char* out) {
     out[i] = static_cast<char>(units[2 * i]);
   }
   return i;
-}
-
-/// Writes the UTF-8 form of a code point of at most 0x10FFFF and returns the place behind it.
-char* put_utf8(char* out, uint32_t code) {
-  const auto put = [&out](uint32_t byte) { *out++ = static_cast<char>(byte); };
-  const auto put_tail = [&put, code](unsigned shift) { put(0x80U | (code >> shift & 0x3FU)); };
-  if (code < 0x80) {
-    put(code);
-  } else if (code < 0x800) {
-    put(0xC0U | code >> 6);
-    put_tail(0);
-  } else if (code < 0x10000) {
-    put(0xE0U | code >> 12);
-    put_tail(6);
-    put_tail(0);
-  } else {
-    put(0xF0U | code >> 18);
-    put_tail(12);
-    put_tail(6);
-    put_tail(0);
-  }
-  return out;
 }
 
 }  // namespace
@@ -47,8 +24,7 @@ bool utf16_to_utf8(std::string& out, byte_view units) {
   const size_t ascii = ascii_units(units.data(), count, out.data());
   if (ascii == count) return true;
 
-  constexpr size_t most_bytes_per_unit = 3;
-  out.resize(ascii + (count - ascii) * most_bytes_per_unit);
+  out.resize(ascii + (count - ascii) * most_utf8_bytes_per_unit);
   char* end = out.data() + ascii;
   bool whole = true;
   for (size_t i = ascii; i < count; ++i) {
@@ -57,7 +33,7 @@ bool utf16_to_utf8(std::string& out, byte_view units) {
       const uint32_t low = units.u16_at(2 * (i + 1));
       whole = i + 1 < count && is_low_surrogate(low);
       if (!whole) break;
-      code = 0x10000U + ((code - 0xD800U) << 10) + (low - 0xDC00U);
+      code = joined_surrogates(code, low);
       ++i;
     }
     end = put_utf8(end, code);

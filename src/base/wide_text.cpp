@@ -3,14 +3,13 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "base/utf8.h"
+
 namespace ovrik {
 
 namespace {
 
 constexpr uint32_t replacement = 0xFFFD;
-
-bool is_high_surrogate(uint32_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
-bool is_low_surrogate(uint32_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
 
 /// How a code point is written in UTF-8: the number of bytes behind the first one, what marks the
 /// first one, and the least code point that is written so.
@@ -27,17 +26,6 @@ constexpr utf8_form utf8_forms[] = {
     {2, 0xE0, 0xF0, 0x800},
     {3, 0xF0, 0xF8, 0x10000},
 };
-
-void append_utf8(std::string& text, uint32_t code) {
-  const utf8_form* form = utf8_forms;
-  for (const utf8_form& candidate : utf8_forms) {
-    if (code >= candidate.least) form = &candidate;
-  }
-  text += static_cast<char>(form->mark | code >> (6 * form->tail));
-  for (unsigned left = form->tail; left > 0; --left) {
-    text += static_cast<char>(0x80U | (code >> (6 * (left - 1)) & 0x3FU));
-  }
-}
 
 /// The code point that begins at `at`, which moves behind it; U+FFFD for a byte that begins none.
 uint32_t next_code(std::string_view text, size_t& at) {
@@ -62,15 +50,16 @@ uint32_t next_code(std::string_view text, size_t& at) {
 }  // namespace
 
 std::string narrow(std::u16string_view units) {
-  std::string text;
-  text.reserve(units.size());
+  std::string text(units.size() * most_utf8_bytes_per_unit, '\0');
+  char* end = text.data();
   for (size_t i = 0; i < units.size(); ++i) {
     uint32_t code = units[i];
     if (is_high_surrogate(code) && i + 1 < units.size() && is_low_surrogate(units[i + 1])) {
-      code = 0x10000U + ((code - 0xD800U) << 10) + (units[++i] - 0xDC00U);
+      code = joined_surrogates(code, units[++i]);
     }
-    append_utf8(text, code);
+    end = put_utf8(end, code);
   }
+  text.resize(static_cast<size_t>(end - text.data()));
   return text;
 }
 

@@ -22,4 +22,10 @@ inline std::string from_wide(std::wstring_view text) {
   return narrow(std::u16string(text.begin(), text.end()));
 }
 
+/// The function of that name and type that a library of the system offers, null if it does not.
+template <typename function>
+function* exported(HMODULE library, const char* name) {
+  return reinterpret_cast<function*>(reinterpret_cast<void*>(GetProcAddress(library, name)));
+}
+
 }  // namespace ovrik

@@ -16,12 +16,8 @@ namespace {
 
 /// True if an argument names the file, be it as a path, with variables or within a list.
 bool names_file(const std::string& argument, const std::string& path) {
-  std::string list = argument;
-  for (const char separator : {',', ';'}) replace_all(list, separator, '|');
-  for (const std::string& piece : split(list, '|')) {
-    std::string name = trim(piece);
-    remove_all(name, '"');
-    if (lvportdir::same_file(path, name)) return true;
+  for (const std::string& part : list_parts(argument)) {
+    if (lvportdir::same_file(path, part)) return true;
   }
   return lvportdir::same_file(path, argument) ||
          lvportdir::same_file(path, expand_path_variables(argument));

@@ -14,7 +14,4 @@ bool find_live_hive(std::string& path);
 /// here; which has been said on standard error.
 bool check_shadow_copies();
 
-/// The same for the shadow copies of the running system.
-bool check_shadow_copies();
-
 }  // namespace ovrik

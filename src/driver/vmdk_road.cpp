@@ -20,15 +20,6 @@ namespace ovrik {
 
 namespace {
 
-/// Adds the parts of a list, without what quotes and blanks stand around them.
-void add_files(std::vector<std::string>& files, std::string list) {
-  remove_all(list, '"');
-  for (const char separator : {',', ';'}) replace_all(list, separator, '|');
-  for (const std::string& part : split(list, '|')) {
-    if (const std::string file = trim(part); !file.empty()) files.push_back(file);
-  }
-}
-
 /// The option and the files as they can be typed: in one list, but for names that a list would
 /// split.
 std::string option_text(const std::vector<std::string>& files, const char* option_name) {
@@ -81,7 +72,7 @@ ntfs_volume open_volume_on_disks(std::unique_ptr<RAW_DISK_IO> disk, uint64_t off
 
 bool parse_source_options(cmdline_options& options, const std::string& list,
                           const char* option_name, argument_list& args) {
-  add_files(options.vmdk_files, list);
+  for (std::string& file : list_parts(list)) options.vmdk_files.push_back(std::move(file));
   std::string value;
   while (take_option(option_name, value, args)) {
     remove_all(value, '"');

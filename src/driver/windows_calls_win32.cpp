@@ -58,6 +58,14 @@ std::wstring system_folder_of_windows() {
   return folder;
 }
 
+/// Sets `name` to what a call writes into a buffer of `size` units. False: it says that it cannot.
+bool read_name(BOOL(WINAPI* call)(wchar_t* buffer, DWORD* size), DWORD size, std::string& name) {
+  std::wstring buffer(size, L'\0');
+  if (call(buffer.data(), &size) == 0) return false;
+  name = from_wide(buffer.c_str());
+  return true;
+}
+
 /// A library of the system that not every run needs and that is slow to load. It is that of the
 /// system's own folder: whatever lies beside the program stays out.
 class system_library {
@@ -73,8 +81,7 @@ class system_library {
   /// The function of that name and kind, null if there is none.
   template <typename function>
   function* get(const char* name) const {
-    if (m_module == nullptr) return nullptr;
-    return reinterpret_cast<function*>(reinterpret_cast<void*>(GetProcAddress(m_module, name)));
+    return m_module == nullptr ? nullptr : exported<function>(m_module, name);
   }
 
  private:
@@ -140,20 +147,10 @@ class calls_of_windows : public windows_calls {
   }
 
   bool computer_name(std::string& name) const override {
-    std::wstring buffer(4096, L'\0');
-    auto size = static_cast<DWORD>(buffer.size());
-    if (GetComputerNameW(buffer.data(), &size) == 0) return false;
-    name = from_wide(buffer.c_str());
-    return true;
+    return read_name(GetComputerNameW, 4096, name);
   }
 
-  bool user_name(std::string& name) const override {
-    std::wstring buffer(512, L'\0');
-    auto size = static_cast<DWORD>(buffer.size());
-    if (GetUserNameW(buffer.data(), &size) == 0) return false;
-    name = from_wide(buffer.c_str());
-    return true;
-  }
+  bool user_name(std::string& name) const override { return read_name(GetUserNameW, 512, name); }
 
   bool program_path(std::string& path) const override {
     std::wstring buffer(32768, L'\0');

@@ -7,27 +7,20 @@ namespace {
 
 /// The functions that a 64-bit Windows has for 32-bit programs; both or none.
 struct redirection_functions {
-  using disable_function = BOOL(WINAPI*)(void** state);
-  using revert_function = BOOL(WINAPI*)(void* state);
-
-  disable_function disable = nullptr;
-  revert_function revert = nullptr;
+  decltype(Wow64DisableWow64FsRedirection)* disable = nullptr;
+  decltype(Wow64RevertWow64FsRedirection)* revert = nullptr;
 };
-
-template <typename function>
-function exported(HMODULE module, const char* name) {
-  return reinterpret_cast<function>(reinterpret_cast<void*>(GetProcAddress(module, name)));
-}
 
 const redirection_functions& redirection() {
   static const redirection_functions found = [] {
     redirection_functions functions;
     HMODULE kernel = GetModuleHandleW(L"kernel32.dll");
     if (kernel == nullptr) return functions;
-    using table = redirection_functions;
-    functions.disable = exported<table::disable_function>(kernel, "Wow64DisableWow64FsRedirection");
-    functions.revert = exported<table::revert_function>(kernel, "Wow64RevertWow64FsRedirection");
-    if (functions.disable == nullptr || functions.revert == nullptr) return table{};
+    functions.disable = exported<decltype(Wow64DisableWow64FsRedirection)>(
+        kernel, "Wow64DisableWow64FsRedirection");
+    functions.revert =
+        exported<decltype(Wow64RevertWow64FsRedirection)>(kernel, "Wow64RevertWow64FsRedirection");
+    if (functions.disable == nullptr || functions.revert == nullptr) return redirection_functions{};
     return functions;
   }();
   return found;

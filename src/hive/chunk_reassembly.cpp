@@ -67,19 +67,16 @@ class list_route {
   bool read_list(const db_cell& cell, std::vector<uint8_t>& list) {
     const uint64_t position = cell.list_offset + base_block_bytes;
     const size_t list_bytes = size_t{4} * cell.segment_count;
-    std::vector<uint8_t> size_field(4);
-    if (!read_exactly(size_field, position)) return false;
-    const int64_t size = static_cast<int32_t>(byte_view(size_field).u32_at(0));
+    if (!read_exactly(list, 4, position)) return false;
+    const int64_t size = static_cast<int32_t>(byte_view(list).u32_at(0));
     if (static_cast<uint64_t>(size < 0 ? -size : size) < 4 + list_bytes) return false;
     if (position + 4 + list_bytes > m_source.file_size) return false;
     if (m_misses_left == 0 && cell.segment_count > long_list) return false;
-    list.resize(list_bytes);
-    return list.empty() || read_exactly(list, position + 4);
+    return list_bytes != 0 && read_exactly(list, list_bytes, position + 4);
   }
 
-  bool read_exactly(std::vector<uint8_t>& bytes, uint64_t position) const {
-    size_t size = bytes.size();
-    return m_source.file.read_at(bytes.data(), size, position) && size == bytes.size();
+  bool read_exactly(std::vector<uint8_t>& bytes, size_t size, uint64_t position) const {
+    return m_source.file.read_vector(bytes, size, position) && bytes.size() == size;
   }
 
   void follow_list(byte_view list, carved_chunk& chunk, page_run& pages) {

@@ -102,7 +102,7 @@ void scan_blocks(scanned_source& source, carve_listener& listener, uint64_t& off
   page_scan scan(source, listener);
   while (offset < source.file_size) {
     size_t size = block_bytes;
-    const bool read = source.file.read_at(block.data(), size, offset) && size != 0;
+    const bool read = source.file.read_at(block.data(), size, offset);
     if (read) {
       // What is missing of the last page reads as zeros.
       const size_t whole = (size + chunk_page_bytes - 1) / chunk_page_bytes * chunk_page_bytes;
@@ -128,10 +128,8 @@ bool open_scanned_source(scanned_source& source, const std::string& path) {
   if (!source.file.open_read(path)) return false;
   source.file_size = source.file.length();
   if (source.file_size < chunk_page_bytes) return false;
-  std::vector<uint8_t> start(16);
-  size_t size = start.size();
-  source.is_hive =
-      source.file.read_at(start.data(), size, 0) && byte_view(start).text_at(0, "regf");
+  std::vector<uint8_t> start;
+  source.is_hive = source.file.read_vector(start, 4, 0) && byte_view(start).text_at(0, "regf");
   return true;
 }
 

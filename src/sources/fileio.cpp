@@ -35,10 +35,10 @@ bool fileio::read_at(void* buffer, size_t& size, uint64_t offset) const {
     if (!read_host_file(m_file, static_cast<uint8_t*>(buffer) + size, piece, offset + size, got)) {
       return false;
     }
-    if (got == 0) break;
+    if (got == 0) break;  // the file has become shorter
     size += got;
   }
-  return true;
+  return size != 0 || wanted == 0;
 }
 
 bool fileio::read_vector(std::vector<uint8_t>& bytes, uint64_t size, uint64_t offset) const {

@@ -17,28 +17,6 @@ bool has_ntfs_at(RAW_DISK_IO& disk, uint64_t offset) {
   return disk.read(sector.data(), size, offset) && byte_view(sector).text_at(3, "NTFS    ");
 }
 
-/// What stands in for a table on a disk that has none.
-enum class untabled {
-  stray_table,  ///< one that was found elsewhere, which is said
-  volume,       ///< a volume at the offset asked for, or at 0, which the offset then becomes
-  nothing,      ///< which is said
-};
-
-untabled look_without_table(std::ostream& text, RAW_DISK_IO& disk, partition_list& list,
-                            uint64_t& offset) {
-  if (has_ntfs_at(disk, offset)) return untabled::volume;
-  if (has_ntfs_at(disk, 0)) {
-    offset = 0;
-    return untabled::volume;
-  }
-  if (!find_partitions(disk, list, true)) {
-    text << "couldn't find any partitions on disk\n";
-    return untabled::nothing;
-  }
-  text << "disk is corrupted, partition info questionable\n";
-  return untabled::stray_table;
-}
-
 bool lies_inside(const RAW_DISK_IO& disk, const partition_info& partition) {
   const uint64_t sectors = disk.size() / partition.bytes_per_sector;
   return sectors >= partition.start_sector &&
@@ -56,8 +34,17 @@ bool pick_ntfs_offset(std::ostream& text, bool& found, uint64_t& offset, RAW_DIS
   }
   partition_list list;
   if (!find_partitions(disk, list, false)) {
-    const untabled there = look_without_table(text, disk, list, offset);
-    if (there != untabled::stray_table) return found = there == untabled::volume;
+    // A disk without a table may have a volume where one is asked for, or be one.
+    for (const uint64_t place : {offset, uint64_t{0}}) {
+      if (!has_ntfs_at(disk, place)) continue;
+      offset = place;
+      return found = true;
+    }
+    if (!find_partitions(disk, list, true)) {
+      text << "couldn't find any partitions on disk\n";
+      return false;
+    }
+    text << "disk is corrupted, partition info questionable\n";
   }
 
   std::optional<uint64_t> last_ntfs;

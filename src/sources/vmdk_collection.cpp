@@ -87,6 +87,18 @@ vmdk_collection::piece vmdk_collection::piece_at(uint64_t offset) const {
   return found;
 }
 
+size_t vmdk_collection::read_piece(uint8_t* buffer, const piece& all, uint64_t offset) const {
+  const auto wanted = static_cast<size_t>(all.size);
+  const size_t got = all.owner == nullptr ? 0 : all.owner->read(buffer, wanted, all.file_offset);
+  uint64_t missing = wanted - got;
+  if (all.owner != nullptr && all.file_offset + got < all.owner->file_size()) {
+    // What cannot be read in the midst of a file costs no more than the rest of its own grain.
+    missing = std::min(missing, piece_at(offset + got).size);
+  }
+  std::memset(buffer + got, 0, static_cast<size_t>(missing));
+  return got + static_cast<size_t>(missing);
+}
+
 bool vmdk_collection::vmdk_read(uint8_t* buffer, uint64_t size, uint64_t offset) const {
   if (m_chain.empty() || size == 0) return false;
   while (size != 0) {
@@ -101,15 +113,7 @@ bool vmdk_collection::vmdk_read(uint8_t* buffer, uint64_t size, uint64_t offset)
       all.size += next.size;
     }
     all.size = std::min(all.size, size);
-    const auto wanted = static_cast<size_t>(all.size);
-    size_t done = wanted;
-    if (all.owner == nullptr) {
-      std::memset(buffer, 0, wanted);
-    } else if (all.owner->read(buffer, wanted, all.file_offset) != wanted) {
-      // What cannot be read costs no more than the rest of its own grain.
-      done = static_cast<size_t>(std::min(piece_at(offset).size, size));
-      all.owner->read(buffer, done, all.file_offset);
-    }
+    const size_t done = read_piece(buffer, all, offset);
     buffer += done;
     size -= done;
     offset += done;

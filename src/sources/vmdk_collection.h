@@ -44,6 +44,9 @@ class vmdk_collection {
 
   piece piece_at(uint64_t offset) const;
 
+  /// Reads what begins at `offset`; returns how many bytes of it are done, never 0.
+  size_t read_piece(uint8_t* buffer, const piece& all, uint64_t offset) const;
+
   std::map<std::string, std::unique_ptr<vmdk_disk>> m_disks;
   bool m_has_own_parent = false;
   std::vector<const vmdk_disk*> m_chain;

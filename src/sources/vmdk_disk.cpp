@@ -1,7 +1,6 @@
 #include "sources/vmdk_disk.h"
 
 #include <algorithm>
-#include <cstring>
 
 namespace ovrik {
 
@@ -32,18 +31,6 @@ bool to_bytes(uint64_t sectors, uint64_t& bytes) {
   return true;
 }
 
-/// At most `size` bytes at `offset`, as many as the file has. False: none could be read.
-bool read_vector(const uni::fileio& file, std::vector<uint8_t>& bytes, uint64_t size,
-                 uint64_t offset) {
-  const uint64_t length = file.length();
-  if (offset >= length) return false;
-  size_t read = static_cast<size_t>(std::min(size, length - offset));
-  bytes.resize(read);
-  const bool ok = file.read_at(bytes.data(), read, offset);
-  bytes.resize(read);
-  return ok;
-}
-
 }  // namespace
 
 bool vmdk_disk::open_disk(const std::string& path) {
@@ -54,7 +41,7 @@ bool vmdk_disk::open_disk(const std::string& path) {
 bool vmdk_disk::read_header() {
   m_file_size = m_file.length();
   std::vector<uint8_t> header;
-  if (!read_vector(m_file, header, header_bytes, 0) || header.size() < header_bytes) return false;
+  if (!m_file.read_vector(header, header_bytes, 0) || header.size() < header_bytes) return false;
   const byte_view view(header);
   if (!view.text_at(0, magic)) return false;
   m_entries_per_table = view.u32_at(table_entries_at);
@@ -69,7 +56,7 @@ bool vmdk_disk::read_header() {
   }
   std::vector<uint8_t> text;
   descriptor_size = std::min(descriptor_size, largest_descriptor);
-  if (!read_vector(m_file, text, descriptor_size, descriptor)) return false;
+  if (!m_file.read_vector(text, descriptor_size, descriptor)) return false;
   m_descriptor = parse_vmdk_descriptor(byte_view(text));
   return m_grain_bytes != 0 && m_entries_per_table != 0 && read_tables(directory, overhead);
 }
@@ -79,10 +66,10 @@ bool vmdk_disk::read_tables(uint64_t directory_at, uint64_t overhead) {
   // The directory ends where the table that it names first begins.
   std::vector<uint8_t> bytes;
   uint64_t first_table = 0;
-  if (!read_vector(m_file, bytes, entry_bytes, directory_at) ||
+  if (!m_file.read_vector(bytes, entry_bytes, directory_at) ||
       !to_bytes(byte_view(bytes).u32_at(0), first_table) || first_table >= overhead ||
       first_table <= directory_at ||
-      !read_vector(m_file, bytes, first_table - directory_at, directory_at)) {
+      !m_file.read_vector(bytes, first_table - directory_at, directory_at)) {
     return false;
   }
   // Tables that overlap do not make a file larger than it is.
@@ -106,7 +93,7 @@ void vmdk_disk::read_table(grain_table& table, uint64_t offset, uint64_t& bytes_
   table.first = static_cast<uint32_t>(m_grains.size());
   uint64_t zeros = 0;  // entries in front of the next one that is not zero
   std::vector<uint8_t> piece;
-  while (wanted != 0 && read_vector(m_file, piece, std::min(wanted, piece_bytes), offset)) {
+  while (wanted != 0 && m_file.read_vector(piece, std::min(wanted, piece_bytes), offset)) {
     const byte_view entries(piece);
     for (size_t at = 0; entries.has(at, entry_bytes); at += entry_bytes) {
       const uint32_t sector = entries.u32_at(at);
@@ -140,10 +127,8 @@ grain_state vmdk_disk::vmdk_locate(uint64_t offset, uint64_t& file_offset) const
 }
 
 size_t vmdk_disk::read(uint8_t* buffer, size_t size, uint64_t file_offset) const {
-  size_t read = size;
-  m_file.read_at(buffer, read, file_offset);
-  std::memset(buffer + read, 0, size - read);
-  return read;
+  m_file.read_at(buffer, size, file_offset);
+  return size;
 }
 
 }  // namespace ovrik

@@ -39,8 +39,8 @@ class vmdk_disk {
   /// `file_offset` becomes the place of that very byte in the file.
   grain_state vmdk_locate(uint64_t offset, uint64_t& file_offset) const;
 
-  /// Reads `size` bytes at `file_offset`; what the file lacks or cannot be read is zeros. Returns
-  /// the count of bytes that were read.
+  /// Reads up to `size` bytes at `file_offset`. Returns the count that came, short at the end of
+  /// the file and where it cannot be read.
   size_t read(uint8_t* buffer, size_t size, uint64_t file_offset) const;
 
  private:
