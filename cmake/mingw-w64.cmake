@@ -8,7 +8,8 @@ set(target ${CMAKE_SYSTEM_PROCESSOR}-w64-mingw32)
 
 set(CMAKE_CXX_COMPILER ${target}-g++-posix)
 set(CMAKE_RC_COMPILER ${target}-windres)
-set(CMAKE_EXE_LINKER_FLAGS_INIT -static)
+# Sections that stand in the file as they do in memory are mapped at the start and not read.
+set(CMAKE_EXE_LINKER_FLAGS_INIT "-static -Wl,--file-alignment,4096")
 
 set(CMAKE_FIND_ROOT_PATH /usr/${target})
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)

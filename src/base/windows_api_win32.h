@@ -22,9 +22,11 @@ inline std::string from_wide(std::wstring_view text) {
   return narrow(std::u16string(text.begin(), text.end()));
 }
 
-/// The function of that name and type that a library of the system offers, null if it does not.
+/// The function of that name and type that a library of the system offers, null if it does not or
+/// is not there.
 template <typename function>
 function* exported(HMODULE library, const char* name) {
+  if (library == nullptr) return nullptr;
   return reinterpret_cast<function*>(reinterpret_cast<void*>(GetProcAddress(library, name)));
 }
 

@@ -51,11 +51,20 @@ bool is_version_at_least(DWORD mask, uint32_t major, uint32_t minor) {
   return VerifyVersionInfoA(&wanted, mask, VerSetConditionMask(0, mask, VER_GREATER_EQUAL)) != 0;
 }
 
-std::wstring system_folder_of_windows() {
+/// What a call for a folder writes; empty if it says that it cannot.
+std::wstring folder_by(UINT(WINAPI* call)(wchar_t* buffer, UINT size)) {
   std::wstring folder(512, L'\0');
-  const UINT length = GetSystemDirectoryW(folder.data(), static_cast<UINT>(folder.size()));
+  const UINT length = call(folder.data(), static_cast<UINT>(folder.size()));
   folder.resize(length < folder.size() ? length : 0);
   return folder;
+}
+
+/// The folder of the libraries that this program can load. A 32-bit program on a 64-bit Windows
+/// does not find them in the system's folder while the redirection is off.
+std::wstring library_folder() {
+  const std::wstring folder =
+      sizeof(void*) == 4 ? folder_by(GetSystemWow64DirectoryW) : std::wstring();
+  return folder.empty() ? folder_by(GetSystemDirectoryW) : folder;
 }
 
 /// Sets `name` to what a call writes into a buffer of `size` units. False: it says that it cannot.
@@ -71,22 +80,43 @@ bool read_name(BOOL(WINAPI* call)(wchar_t* buffer, DWORD* size), DWORD size, std
 class system_library {
  public:
   explicit system_library(const wchar_t* name)
-      : m_module(LoadLibraryW((system_folder_of_windows() + L'\\' + name).c_str())) {}
+      : m_module(LoadLibraryW((library_folder() + L'\\' + name).c_str())) {}
   ~system_library() {
     if (m_module != nullptr) FreeLibrary(m_module);
   }
   system_library(const system_library&) = delete;
   system_library& operator=(const system_library&) = delete;
 
-  /// The function of that name and kind, null if there is none.
-  template <typename function>
-  function* get(const char* name) const {
-    return m_module == nullptr ? nullptr : exported<function>(m_module, name);
-  }
+  /// Null if the library could not be loaded.
+  HMODULE module() const { return m_module; }
 
  private:
   HMODULE m_module;
 };
+
+/// Reads the product version of kernel32 by the functions of a library. False: it lacks them, or
+/// they fail.
+bool read_kernel_version(HMODULE library, module_version& version) {
+  auto* const get_size =
+      exported<decltype(GetFileVersionInfoSizeW)>(library, "GetFileVersionInfoSizeW");
+  auto* const get_block = exported<decltype(GetFileVersionInfoW)>(library, "GetFileVersionInfoW");
+  auto* const get_value = exported<decltype(VerQueryValueW)>(library, "VerQueryValueW");
+  if (get_size == nullptr || get_block == nullptr || get_value == nullptr) return false;
+  // With its whole path it is not looked for beside the program first.
+  const std::wstring kernel = folder_by(GetSystemDirectoryW) + L"\\kernel32.dll";
+  DWORD unused = 0;
+  const DWORD size = get_size(kernel.c_str(), &unused);
+  std::vector<uint8_t> block(size);
+  void* place = nullptr;
+  UINT length = 0;
+  if (size == 0 || get_block(kernel.c_str(), 0, size, block.data()) == 0 ||
+      get_value(block.data(), L"\\", &place, &length) == 0 || length < sizeof(VS_FIXEDFILEINFO)) {
+    return false;
+  }
+  const auto* facts = static_cast<const VS_FIXEDFILEINFO*>(place);
+  version = {facts->dwProductVersionMS, facts->dwProductVersionLS};
+  return true;
+}
 
 class calls_of_windows : public windows_calls {
  public:
@@ -99,25 +129,9 @@ class calls_of_windows : public windows_calls {
   }
 
   bool kernel_version(module_version& version) const override {
-    constexpr const wchar_t* module = L"kernel32";
-    const system_library library(L"version.dll");
-    auto* const get_size =
-        library.get<decltype(GetFileVersionInfoSizeW)>("GetFileVersionInfoSizeW");
-    auto* const get_block = library.get<decltype(GetFileVersionInfoW)>("GetFileVersionInfoW");
-    auto* const get_value = library.get<decltype(VerQueryValueW)>("VerQueryValueW");
-    if (get_size == nullptr || get_block == nullptr || get_value == nullptr) return false;
-    DWORD unused = 0;
-    const DWORD size = get_size(module, &unused);
-    std::vector<uint8_t> block(size);
-    void* place = nullptr;
-    UINT length = 0;
-    if (size == 0 || get_block(module, 0, size, block.data()) == 0 ||
-        get_value(block.data(), L"\\", &place, &length) == 0 || length < sizeof(VS_FIXEDFILEINFO)) {
-      return false;
-    }
-    const auto* facts = static_cast<const VS_FIXEDFILEINFO*>(place);
-    version = {facts->dwProductVersionMS, facts->dwProductVersionLS};
-    return true;
+    // Since Windows 8 every program has these functions loaded.
+    return read_kernel_version(GetModuleHandleW(L"kernelbase.dll"), version) ||
+           read_kernel_version(system_library(L"version.dll").module(), version);
   }
 
   bool edition(system_edition& found) const override {
@@ -136,7 +150,7 @@ class calls_of_windows : public windows_calls {
 
   bool is_user_an_admin() const override {
     const system_library library(L"shell32.dll");
-    auto* const call = library.get<BOOL WINAPI()>("IsUserAnAdmin");
+    auto* const call = exported<BOOL WINAPI()>(library.module(), "IsUserAnAdmin");
     return call != nullptr && call() != 0;
   }
 
@@ -162,7 +176,7 @@ class calls_of_windows : public windows_calls {
   }
 
   bool system_folder(std::string& path) const override {
-    const std::wstring folder = system_folder_of_windows();
+    const std::wstring folder = folder_by(GetSystemDirectoryW);
     if (!folder.empty()) path = from_wide(folder);
     return !folder.empty();
   }

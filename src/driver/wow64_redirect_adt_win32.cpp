@@ -15,7 +15,6 @@ const redirection_functions& redirection() {
   static const redirection_functions found = [] {
     redirection_functions functions;
     HMODULE kernel = GetModuleHandleW(L"kernel32.dll");
-    if (kernel == nullptr) return functions;
     functions.disable = exported<decltype(Wow64DisableWow64FsRedirection)>(
         kernel, "Wow64DisableWow64FsRedirection");
     functions.revert =
