@@ -189,6 +189,9 @@ TEST(shim_parse, xp_order_and_paths_at_their_limits) {
   for (const auto& row : walk(xp)) orders.push_back(row.order);
   EXPECT_EQ(orders, (std::vector<int32_t>{1, -1, 0, 4, -1}));  // the first mention counts
   EXPECT_EQ(walk(xp)[4].path_raw, std::string(260, 'x'));
+  bytes counted = xp;
+  put_u32(counted, 8, 2);
+  EXPECT_EQ(walked(counted), "00 11 ");
 
   cache_builder cache(4);
   bytes block = cache.entry({.path = u"A\\??\\B\\??\\C"}).entry({.path = u"gone"}).bytes();

@@ -9,8 +9,8 @@ namespace test_support {
 namespace {
 
 TEST(lznt1, chunks_of_all_kinds_give_their_bytes) {
-  // "abc" and a copy of 4093 bytes from three back: 4096 bytes in all.
-  const bytes packed = {0x05, 0xB0, 0x08, 'a', 'b', 'c', 0xFA, 0x2F};
+  // "abc" and a copy of 4098 bytes from three back, of which the chunk has room for 4093.
+  const bytes packed = {0x05, 0xB0, 0x08, 'a', 'b', 'c', 0xFF, 0x2F};
   bytes plain(4096), stored(4096);
   for (size_t i = 0; i < 4096; ++i) {
     plain[i] = static_cast<uint8_t>('a' + i % 3);

@@ -85,19 +85,24 @@ TEST_F(vmdk, each_grain_comes_from_the_newest_file_that_holds_it) {
                           .data = {{5, bytes(1024, 'X')}, {20, bytes(1024, 'Y')}}};
   EXPECT_EQ(grains({base, put_file("fine", fine.file())}), ".!bc.!.........d");
 
-  // A table that cannot be read hides what is older; those behind it count.
-  const std::pair<size_t, const char*> tables[] = {
-      {0, "no disk"}, {4, ".A.c.....E.....d"}, {12, ".A.c.....E......"}};
-  for (const auto& [at, outcome] : tables) {
+  // A table that cannot be read hides what is older, one that is not there does not.
+  const std::tuple<size_t, uint32_t, const char*> tables[] = {{0, 0xFFFFFF, "no disk"},
+                                                              {4, 0xFFFFFF, ".A.c.....E.....d"},
+                                                              {12, 0xFFFFFF, ".A.c.....E......"},
+                                                              {12, 0, ".A.c.....E.....d"}};
+  for (const auto& [at, sector, outcome] : tables) {
     bytes damaged = middle;
-    put_u32(damaged, 3 * 512 + at, 0xFFFFFF);
+    put_u32(damaged, 3 * 512 + at, sector);
     EXPECT_EQ(grains({base, put_file("damaged", damaged)}), outcome) << at;
   }
 
-  // A file that ends within a grain: the rest of it is zeros.
+  // Grains in another order than on the disk.
   bytes cut = read_file(base);
+  put_u64(cut, 4 * 512 + 4, 32ULL << 32 | 40);
+  EXPECT_EQ(grains({put_file("swapped", cut)}), ".bac...........d");
+  // A file that ends within a grain: the rest of it is zeros.
   cut.resize(cut.size() - 2 * vmdk_builder::sector);
-  EXPECT_EQ(grains({put_file("cut", cut)}), ".abc...........!");
+  EXPECT_EQ(grains({put_file("cut", cut)}), ".bac...........!");
 }
 
 TEST_F(vmdk, descriptors_may_be_written_in_many_ways) {
