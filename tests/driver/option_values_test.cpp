@@ -1,4 +1,4 @@
-// What the values of options mean: dates, filters, aliases and variables in paths.
+// What the values of options mean: dates, filters, aliases, shadow copies and variables in paths.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -7,6 +7,7 @@
 #include "driver/file_filter.h"
 #include "driver/hive_aliases.h"
 #include "driver/path_variables.h"
+#include "sources/shadow_copy.h"
 #include "support/bytes.h"
 
 namespace {
@@ -109,6 +110,30 @@ TEST(hive_aliases, stand_for_whole_paths_before_parts) {
   }
 }
 
+const std::string copy_prefix = R"(\\?\GLOBALROOT\Device\HarddiskVolumeShadowCopy)";
+
+TEST(shadow_copy, a_number_or_a_pasted_path_names_the_device) {
+  for (const std::string& value : {std::string("12"), copy_prefix + "12",
+                                   copy_prefix + "12\\Windows\\x", "\"" + copy_prefix + "12\\"}) {
+    EXPECT_EQ(shadow_copy_device(value), copy_prefix + "12") << value;
+  }
+  EXPECT_EQ(shadow_copy_device("3\\foo"), copy_prefix + "3\\foo");
+}
+
+TEST(shadow_copy, a_path_is_cut_behind_its_device) {
+  const std::string identifier = R"(\\.\SnapId_aaaa\)" + std::string(31, 'a');
+  for (const std::string& device :
+       {copy_prefix + "7", copy_prefix,
+        std::string(R"(\\?\globalroot\device\harddiskvolumeshadowcopy7)"), identifier,
+        identifier + "b", std::string()}) {
+    EXPECT_EQ(without_shadow_copy_device(device + "\\windows"), "\\windows") << device;
+  }
+  for (const std::string& whole : {copy_prefix + "7", copy_prefix, identifier,
+                                   std::string(R"(\\?\C:\windows)"), std::string()}) {
+    EXPECT_EQ(without_shadow_copy_device(whole), whole);
+  }
+}
+
 TEST(path_variables, are_replaced_as_often_as_they_have_a_value) {
   setenv("SHIM_CASE", "c7", 1);
   setenv("SHIM_NESTED", "/mnt/%SHIM_CASE%", 1);
@@ -121,7 +146,7 @@ TEST(path_variables, are_replaced_as_often_as_they_have_a_value) {
       {"%SHIM_NESTED%/x", "/mnt/c7/x"},
       {"%SHIM_NONE%/%SHIM_CASE%", "%SHIM_NONE%/c7"},
       {"%SHIM_NONE%SHIM_CASE%", "%SHIM_NONE%SHIM_CASE%"},  // the second sign closes the first name
-      {"%Vss%3\\a", "\\\\?\\GLOBALROOT\\Device\\HarddiskVolumeShadowCopy3\\a"},
+      {"%Vss%3\\a", copy_prefix + "3\\a"},
       {"100%", "100%"},
       {"%%SHIM_CASE%", "%%SHIM_CASE%"},
       {"%SHIM_SELF%", "%SHIM_SELF%" + std::string(64, '+')},

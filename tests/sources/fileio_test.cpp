@@ -1,9 +1,10 @@
+// Files, folders and the stream over a file.
 #include "sources/fileio.h"
 
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
+#include "output/streams.h"
 #include "sources/lv_portable_dir.h"
 #include "support/bytes.h"
 #include "support/temp_dir.h"
@@ -19,19 +20,6 @@ class fileio : public testing::Test {
   const temp_dir dir;
   uni::fileio file;
 };
-
-TEST_F(fileio, opens_only_what_can_be_read) {
-  ASSERT_EQ(mkfifo(dir.path("pipe").c_str(), 0600), 0);
-  for (const std::string& path : {std::string(), dir.path(), dir.path("none")}) {
-    EXPECT_FALSE(file.open_read(path) || file.open_append(path) || file.is_open()) << path;
-  }
-  file.open_read(dir.path("pipe"));  // comes back although nobody writes
-  EXPECT_EQ(file.length(), 0U);
-  ASSERT_TRUE(file.open_read(dir.path("file") + "//"));
-  EXPECT_EQ(file.length(), 7U);
-  EXPECT_FALSE(file.append("x", 1));
-  EXPECT_FALSE(file.open_read(dir.path("none")) || file.is_open());
-}
 
 TEST_F(fileio, reads_are_clipped_at_the_end) {
   ASSERT_TRUE(file.open_read(dir.path("file")));
@@ -65,6 +53,26 @@ TEST_F(fileio, folders_are_made_where_they_are_missing) {
   for (const std::string& taken : {dir.path("file"), dir.path("file/a"), std::string()}) {
     EXPECT_FALSE(lvportdir::make_folders(taken));
   }
+}
+
+TEST_F(fileio, a_stream_is_written_when_the_block_is_full_and_at_the_end) {
+  constexpr size_t most_held = 0x3FFFF;
+  const std::string text(most_held, 'a');
+  ASSERT_TRUE(file.open_write(dir.path("out")));
+  {
+    uni::fileio_output out(file);
+    out << text;
+    EXPECT_EQ(file.length(), 0U);
+    for (const char c : {'b', 'c'}) {
+      out << c;
+      EXPECT_EQ(file.length(), most_held + 1);
+    }
+  }
+  EXPECT_TRUE(as_text(read_file(dir.path("out"))) == text + "bc");
+  uni::fileio closed;
+  uni::fileio_output nowhere(closed);
+  EXPECT_FALSE(nowhere.good());
+  nowhere << text << text << std::flush;
 }
 
 }  // namespace

@@ -146,6 +146,8 @@ TEST_F(vmdk, a_missing_parent_is_found_by_its_hint) {
   const std::string deep =
       put_disk("sub/deep/snap", vmdk_descriptor_text("00000006", "1", "../base.vmdk"));
   EXPECT_TRUE(check({deep}).ends_with("sub/deep/snap,sub/deep/../base.vmdk,")) << check({deep});
+  const std::string side = put_disk("sub/side", vmdk_descriptor_text("5", "1", "base.vmdk"));
+  EXPECT_TRUE(check({deep, side}).ends_with("sub/side,sub/base.vmdk,")) << check({deep, side});
   // The list that is suggested is whole.
   const std::string last = put_disk("last", vmdk_descriptor_text("00000003", "00000002", "child"));
   EXPECT_EQ(check({last}), "no: " + depends("last", "child") + depends("child", "base.vmdk") +
