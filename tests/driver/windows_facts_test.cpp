@@ -107,7 +107,7 @@ TEST(windows_facts, the_version_is_told_as_far_as_it_is_known) {
       {"no version block", 6, 2, {}, edition{2, 0, 0}, "6.2.domain-controller", "6.2.0"},
       {"7", 6, 1, ten, edition{1, 1, 0}, "6.1.workstation.sp.1.0", "6.1.0"},
       {"Vista", 6, 0, ten, edition{1, 2, 1}, "6.0.workstation.sp.2.1", "6.0.0"},
-      {"XP", 5, 1, ten, edition{4, 0, 0}, "0.0.", "0.0.0"},
+      {"XP", 5, 1, ten, edition{9, 0, 0}, "0.0.", "0.0.0"},
       {"no edition", 6, 2, ten, {}, "10.0.", "10.0.19045"},
   };
   for (const version_case& c : cases) {

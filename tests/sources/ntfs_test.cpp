@@ -140,12 +140,12 @@ TEST(ntfs, a_path_leads_to_the_file_that_bears_the_name_there) {
   const bytes block = index_block({15, 14, 13});
   built.cluster(70, bytes(block.begin(), block.begin() + 1024));
   built.cluster(80, bytes(block.begin() + 1024, block.end()));
-  built.record(14, {name_attribute(u"system", 9), data_attribute("else")});
-  built.record(13, {hive_name, data_attribute("deleted")}, 2, 0);
+  built.record(13, {name_attribute(u"system", 9), data_attribute("else")});
+  built.record(14, {hive_name, data_attribute("deleted")}, 2, 0);
   built.record(15, {hive_name, data_attribute("the hive")});
   built.record(16, {name_attribute(u"SYSTEM", 12, 2), data_attribute("dos")});
   const std::pair<const char*, uint64_t> choices[] = {
-      {"the hive", 15}, {"deleted", 13}, {"else", 14}};
+      {"the hive", 15}, {"deleted", 14}, {"else", 13}};
   for (const auto& [content, record] : choices) {
     EXPECT_EQ(content_of(built), content);
     put(built.volume, ntfs_builder::record_at(record), as_bytes("BAAD"));
