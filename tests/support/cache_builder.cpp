@@ -1,8 +1,5 @@
 #include "support/cache_builder.h"
 
-#include <algorithm>
-#include <utility>
-
 namespace test_support {
 namespace {
 
@@ -20,20 +17,6 @@ constexpr int first_chain = 9;
 uint32_t low32(uint64_t value) { return static_cast<uint32_t>(value); }
 
 }  // namespace
-
-cache_builder& cache_builder::entry(cache_entry added) {
-  m_entries.push_back(std::move(added));
-  return *this;
-}
-
-cache_builder& cache_builder::entry(std::u16string path, uint64_t modified) {
-  return entry({.path = std::move(path), .modified = modified});
-}
-
-cache_builder& cache_builder::order(std::vector<uint32_t> indexes) {
-  m_order = std::move(indexes);
-  return *this;
-}
 
 std::vector<uint8_t> cache_builder::bytes() const {
   const size_t header = header_bytes[m_layout];

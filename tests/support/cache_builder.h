@@ -9,6 +9,7 @@
 
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "support/bytes.h"
@@ -32,10 +33,18 @@ class cache_builder {
  public:
   explicit cache_builder(int layout) : m_layout(layout) {}
 
-  cache_builder& entry(cache_entry added);
-  cache_builder& entry(std::u16string path, uint64_t modified);
+  cache_builder& entry(cache_entry added) {
+    m_entries.push_back(std::move(added));
+    return *this;
+  }
+  cache_builder& entry(std::u16string path, uint64_t modified) {
+    return entry({.path = std::move(path), .modified = modified});
+  }
   /// Layout 1: the start of the most-recently-used list; otherwise 0, 1, 2 and so on.
-  cache_builder& order(std::vector<uint32_t> indexes);
+  cache_builder& order(std::vector<uint32_t> indexes) {
+    m_order = std::move(indexes);
+    return *this;
+  }
 
   std::vector<uint8_t> bytes() const;
 
