@@ -15,26 +15,33 @@ using namespace ovrik;
 const std::string path = "C:\\a|b,c\r\n";
 
 TEST(rows, cells_under_narrow_columns_and_beyond_them) {
-  row_settings settings;
-  settings.columns = {{.width = 3, .text = "date"},
-                      {.kind = cell_kind::time_header, .width = 3, .text = "time"},
-                      {.width = 3, .text = "flags"},
-                      {.width = 3, .text = "size"},
-                      {.width = 3, .text = "host"}};
-  set_csv_separator(settings, ",");
-  settings.quoted_csv = true;
-  field_row row(settings);
-  const uint64_t noon = test_support::filetime(2014, 3, 5, 12);
-  EXPECT_EQ(row_set_number(row, 0, noon, cell_kind::time_pair), 2U);
-  EXPECT_EQ(row_set_number(row, 2, 26, cell_kind::number32), 1U);
-  row_set_number(row, 3, 0, cell_kind::number64, field_cell::blank_zero);
-  row_set_text(row, 4, "{\"h\"");  // a text that brings its own quotes
-  row_set_text(row, 5, "beyond");
-  row_set_number(row, 5, 1, cell_kind::number32);
-  std::ostringstream out;
-  write_row(out, row, settings);
-  EXPECT_FALSE(settings.emit_row_header);
-  EXPECT_EQ(out.str(), "date, time,flags,size,host\n2014-03-05, 12:00:00.000,0x1a,   ,{\"h\"\n");
+  const std::pair<bool, std::string> forms[] = {
+      {false, "2014-03-05, 12:00:00.000,0x1a,   ,{\"h\", 2014-03-05 12:00:00.000\n"},
+      {true, "2014-03-05, 12:00:00.000,0x0000001a,,{\"h\", 2014-03-05 12:00:00.000\n"}};
+  for (const auto& [tight, expected] : forms) {
+    row_settings settings;
+    settings.columns = {{.width = 3, .text = "date"},
+                        {.kind = cell_kind::time_header, .width = 3, .text = "time"},
+                        {.width = 3, .text = "flags"},
+                        {.width = 3, .text = "size"},
+                        {.width = 3, .text = "host"},
+                        {.kind = cell_kind::time_joined, .width = 3, .text = "both"}};
+    settings.tight_csv = tight;
+    set_csv_separator(settings, ",");
+    field_row row(settings);
+    const uint64_t noon = test_support::filetime(2014, 3, 5, 12);
+    EXPECT_EQ(row_set_number(row, 0, noon, cell_kind::time_pair), 2U);
+    EXPECT_EQ(row_set_number(row, 2, 26, cell_kind::number32), 1U);
+    row_set_number(row, 3, 0, cell_kind::number64, field_cell::blank_zero);
+    row_set_text(row, 4, "{\"h\"", field_cell::quote);  // a text that brings its own quotes
+    row_set_number(row, 5, noon, cell_kind::time_joined);
+    row_set_text(row, 6, "beyond");
+    row_set_number(row, 6, 1, cell_kind::number32);
+    std::ostringstream out;
+    write_row(out, row, settings);
+    EXPECT_FALSE(settings.emit_row_header);
+    EXPECT_EQ(out.str(), "date, time,flags,size,host, both\n" + expected);
+  }
 }
 
 TEST(rows, line_ends_are_named) {
@@ -80,6 +87,13 @@ TEST(timeline, equal_times_share_a_row_and_rows_ascend) {
     }
     EXPECT_EQ(out.str(), expected);
   }
+  row_settings settings;
+  settings.pair_datetime = true;
+  std::ostringstream header;
+  write_timeline_row(header, timeline_record(settings), settings);
+  EXPECT_EQ(header.str(),
+            "date/time | timezone | MACB | source | sourcetype | type | user | host | short | desc "
+            "| version | filename | inode | notes | format | extra\n");
   EXPECT_EQ(slot_seconds(0) + slot_seconds(1ULL << 63), 0U);
 }
 
