@@ -1,12 +1,15 @@
-// Numbers in texts and UTF-16 text.
+// Numbers in texts, and UTF-16 text.
 
 #include <gtest/gtest.h>
 
 #include "base/number_text.h"
 #include "base/utf16.h"
+#include "base/wide_text.h"
 #include "support/bytes.h"
 
 namespace {
+
+using namespace ovrik;
 
 TEST(number_text, reads_option_values) {
   constexpr uint32_t no = 4711;  // refused: the value is kept
@@ -36,39 +39,54 @@ TEST(number_text, reads_option_values) {
   for (const row& row : rows) {
     uint64_t u64 = no;
     uint32_t u32 = no;
-    EXPECT_EQ(ovrik::parse_u64(row.text, u64), row.as_u64 != no) << row.text;
-    EXPECT_EQ(ovrik::parse_u32(row.text, u32), row.as_u32 != no) << row.text;
+    EXPECT_EQ(parse_u64(row.text, u64), row.as_u64 != no) << row.text;
+    EXPECT_EQ(parse_u32(row.text, u32), row.as_u32 != no) << row.text;
     EXPECT_EQ(u64, row.as_u64) << row.text;
     EXPECT_EQ(u32, row.as_u32) << row.text;
   }
 }
 
-TEST(utf16, converts_up_to_the_first_broken_pair) {
+TEST(utf16, goes_to_utf8_up_to_a_broken_pair_or_whatever_it_is_and_back) {
   struct row {
-    const char* name;
     std::u16string units;
-    const char* text;
-    bool whole;
+    std::string text;          ///< up to a high surrogate without a low one
+    std::string whole = text;  ///< with all surrogates in the form of other units
   };
   const row rows[] = {
-      {"last of each length", {0x7F, 0x7FF, 0xFFFF}, "\x7F\xDF\xBF\xEF\xBF\xBF", true},
-      {"first of each length", {0x80, 0x800}, "\xC2\x80\xE0\xA0\x80", true},
-      {"lowest pair", {0xD800, 0xDC00}, "\xF0\x90\x80\x80", true},
-      {"highest pair", {0xDBFF, 0xDFFF}, "\xF4\x8F\xBF\xBF", true},
-      {"high without low", {'A', 0xD83D, 'B'}, "A", false},
-      {"high behind high", {'A', 0xD83D, 0xD83D, 0xDE00}, "A", false},
-      {"high at the end", {'A', 0xDBFF}, "A", false},
-      {"lone low", {0xDC00, '!'}, "\xED\xB0\x80!", true}};
+      {u"", ""},
+      {u"\u007F\u0080\u07FF\u0800\uFFFF", "\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBF"},
+      {u"\U00010000\U0010FFFF", "\xF0\x90\x80\x80\xF4\x8F\xBF\xBF"},
+      {{'A', 0xD83D, 'B'},
+       "A",
+       "A\xED\xA0\xBD"
+       "B"},
+      {{'A', 0xD83D, 0xD83D, 0xDE00}, "A", "A\xED\xA0\xBD\xF0\x9F\x98\x80"},
+      {{'A', 0xDBFF}, "A", "A\xED\xAF\xBF"},
+      {{0xDC00, '!'}, "\xED\xB0\x80!"}};
   for (const row& row : rows) {
     test_support::bytes block;
     test_support::append_utf16(block, row.units);
     std::string text = "old";
-    EXPECT_EQ(ovrik::utf16_to_utf8(text, ovrik::byte_view(block)), row.whole) << row.name;
-    EXPECT_EQ(text, row.text) << row.name;
-    test_support::append(block, std::string_view("\0\0AAA", row.whole ? 5 : 0));
-    EXPECT_EQ(ovrik::utf16_text(ovrik::byte_view(block)), row.text) << row.name;
-    block.assign({0, 'A', 'B', 0, 'C'});  // a NUL byte ends nothing, half a unit is left out
-    EXPECT_EQ(ovrik::utf16_text(ovrik::byte_view(block)), "\xE4\x84\x80\x42");
+    EXPECT_EQ(utf16_to_utf8(text, byte_view(block)), row.text == row.whole);
+    EXPECT_EQ(text, row.text);
+    test_support::append_utf16(block, std::u16string_view(u"\0AA", 3));
+    EXPECT_EQ(utf16_text(byte_view(block)), row.text);
+    EXPECT_EQ(narrow(row.units), row.whole);
+    EXPECT_EQ(widen(row.whole), row.units);
+  }
+  // A NUL byte ends nothing, half a unit is left out.
+  const uint8_t odd[] = {0, 'A', 'B', 0, 'C'};
+  EXPECT_EQ(utf16_text(byte_view(odd, 5)), "\xE4\x84\x80\x42");
+  EXPECT_EQ(widen(narrow(std::u16string_view(u"\0x", 2))), std::u16string_view(u"\0x", 2));
+}
+
+TEST(wide_text, bytes_that_are_no_utf8_become_replacements) {
+  // A lone byte, cut forms, "/" in two and in three bytes, and what lies behind the last character.
+  for (const std::string bad : {"\x80", "\xFF\xFE", "\xC3", "\xE2\x82", "\xF0\x9F\x98", "\xC0\xAF",
+                                "\xE0\x80\xAF", "\xF4\x90\x80\x80", "\xF8\x88\x80\x80\x80"}) {
+    const std::u16string replaced(bad.size(), u'\uFFFD');
+    EXPECT_EQ(widen("a" + bad), u"a" + replaced) << bad;
+    EXPECT_EQ(widen(bad + "("), replaced + u"(") << bad;
   }
 }
 

@@ -20,10 +20,10 @@
 #include <exception>
 #include <fstream>
 #include <iostream>
+#include <memory>
 #include <sstream>
 #include <stdexcept>
 #include <string>
-#include <utility>
 #include <vector>
 
 extern "C" {
@@ -38,141 +38,87 @@ namespace {
 
 using words = std::vector<std::string>;
 
-[[noreturn]] void fail(const std::string& what) {
-  throw std::runtime_error(what + ": " + std::strerror(errno));
-}
-
-/// A name in the units of the volume; frees itself.
-struct unit_name {
-  explicit unit_name(const std::string& text) {
-    length = ntfs_mbstoucs(text.c_str(), &units);
-    if (length <= 0) fail(text);
-  }
-  ~unit_name() { std::free(units); }
-  unit_name(const unit_name&) = delete;
-  unit_name& operator=(const unit_name&) = delete;
-
-  ntfschar* units = nullptr;
-  int length = 0;
-};
-
 /// An open file or folder; closes itself.
-class opened {
- public:
-  opened(ntfs_volume* volume, const std::string& path)
-      : opened(ntfs_pathname_to_inode(volume, nullptr, path.c_str()), path) {}
-  opened(ntfs_inode* node, const std::string& path) : m_node(node) {
-    if (m_node == nullptr) fail(path);
-  }
-  ~opened() { close(); }
-  opened(const opened&) = delete;
-  opened& operator=(const opened&) = delete;
+using node = std::unique_ptr<ntfs_inode, int (*)(ntfs_inode*)>;
 
-  ntfs_inode* get() const { return m_node; }
-  void close() {
-    if (m_node != nullptr) ntfs_inode_close(m_node);
-    m_node = nullptr;
-  }
-  /// For calls that close it themselves.
-  ntfs_inode* release() { return std::exchange(m_node, nullptr); }
+void need(bool worked, const std::string& what) {
+  if (!worked) throw std::runtime_error(what + ": " + std::strerror(errno));
+}
 
- private:
-  ntfs_inode* m_node;
-};
+node open(ntfs_volume* volume, const std::string& path) {
+  node found(ntfs_pathname_to_inode(volume, nullptr, path.c_str()), ntfs_inode_close);
+  need(found != nullptr, path);
+  return found;
+}
 
-std::string folder_of(const std::string& path) {
+node open_folder_of(ntfs_volume* volume, const std::string& path) {
   const size_t slash = path.rfind('/');
-  return slash == 0 ? "/" : path.substr(0, slash);
+  return open(volume, slash == 0 ? "/" : path.substr(0, slash));
 }
 
-std::string name_of(const std::string& path) { return path.substr(path.rfind('/') + 1); }
-
-void create(ntfs_volume* volume, const std::string& path, mode_t type) {
-  const unit_name name(name_of(path));
-  const opened folder(volume, folder_of(path));
-  const opened made(
-      ntfs_create(folder.get(), 0, name.units, static_cast<uint8_t>(name.length), type), path);
+/// The last part of a path in the units of the volume.
+std::vector<ntfschar> name_of(const std::string& path) {
+  ntfschar* units = nullptr;
+  const int length = ntfs_mbstoucs(path.c_str() + path.rfind('/') + 1, &units);
+  need(length > 0, path);
+  const std::vector<ntfschar> name(units, units + length);
+  std::free(units);
+  return name;
 }
 
-void make_folder(ntfs_volume* volume, const words& line) { create(volume, line.at(1), S_IFDIR); }
-
-void make_empty(ntfs_volume* volume, const words& line) { create(volume, line.at(1), S_IFREG); }
+uint8_t length_of(const std::vector<ntfschar>& name) { return static_cast<uint8_t>(name.size()); }
 
 void append(ntfs_volume* volume, const words& line) {
   std::vector<char> bytes(std::stoull(line.at(4)));
   std::ifstream source(line.at(2), std::ios::binary);
   source.seekg(std::stoll(line.at(3)));
-  if (!source.read(bytes.data(), static_cast<std::streamsize>(bytes.size()))) fail(line.at(2));
-  const opened file(volume, line.at(1));
-  ntfs_attr* const data = ntfs_attr_open(file.get(), AT_DATA, AT_UNNAMED, 0);
-  if (data == nullptr) fail(line.at(1));
   const auto size = static_cast<s64>(bytes.size());
+  need(static_cast<bool>(source.read(bytes.data(), size)), line.at(2));
+  const node file = open(volume, line.at(1));
+  ntfs_attr* const data = ntfs_attr_open(file.get(), AT_DATA, AT_UNNAMED, 0);
+  need(data != nullptr, line.at(1));
   const bool written = ntfs_attr_pwrite(data, data->data_size, size, bytes.data()) == size;
   // What a compressed file still holds back is written now.
   const bool closed = ntfs_attr_pclose(data) == 0;
   ntfs_attr_close(data);
-  if (!written || !closed) fail(line.at(1));
+  need(written && closed, line.at(1));
 }
 
-void add_link(ntfs_volume* volume, const words& line) {
-  const unit_name name(name_of(line.at(2)));
-  const opened file(volume, line.at(1));
-  const opened folder(volume, folder_of(line.at(2)));
-  if (ntfs_link(file.get(), folder.get(), name.units, static_cast<uint8_t>(name.length)) != 0) {
-    fail(line.at(2));
+void run_line(ntfs_volume* volume, const words& line) {
+  const std::string &command = line.at(0), &path = line.at(1);
+  if (command == "mkdir" || command == "empty") {
+    const auto name = name_of(path);
+    const mode_t type = command == "mkdir" ? S_IFDIR : S_IFREG;
+    const node folder = open_folder_of(volume, path);
+    const node made(ntfs_create(folder.get(), 0, name.data(), length_of(name), type),
+                    ntfs_inode_close);
+    need(made != nullptr, path);
+  } else if (command == "append") {
+    append(volume, line);
+  } else if (command == "link") {
+    const auto name = name_of(line.at(2));
+    const node file = open(volume, path), folder = open_folder_of(volume, line.at(2));
+    need(ntfs_link(file.get(), folder.get(), name.data(), length_of(name)) == 0, path);
+  } else if (command == "compress") {
+    const node folder = open(volume, path);
+    const uint32_t attributes = 0x810;  // compressed, archive
+    char bytes[sizeof attributes];
+    std::memcpy(bytes, &attributes, sizeof attributes);
+    need(ntfs_set_ntfs_attrib(folder.get(), bytes, sizeof bytes, 0) == 0, path);
+  } else if (command == "short" || command == "remove") {  // these calls close the files themselves
+    node file = open(volume, path), folder = open_folder_of(volume, path);
+    ntfs_inode *const child = file.release(), *const parent = folder.release();
+    if (command == "short") {
+      const std::string& name = line.at(2);
+      need(ntfs_set_ntfs_dos_name(child, parent, name.c_str(), name.size(), 0) == 0, path);
+    } else {
+      const auto name = name_of(path);
+      need(ntfs_delete(volume, path.c_str(), child, parent, name.data(), length_of(name)) == 0,
+           path);
+    }
+  } else {
+    throw std::runtime_error("no such command: " + command);
   }
-}
-
-void set_short_name(ntfs_volume* volume, const words& line) {
-  opened file(volume, line.at(1));
-  opened folder(volume, folder_of(line.at(1)));
-  const std::string& name = line.at(2);
-  if (ntfs_set_ntfs_dos_name(file.release(), folder.release(), name.c_str(), name.size(), 0) != 0) {
-    fail(line.at(1));
-  }
-}
-
-void remove_file(ntfs_volume* volume, const words& line) {
-  const unit_name name(name_of(line.at(1)));
-  opened file(volume, line.at(1));
-  opened folder(volume, folder_of(line.at(1)));
-  if (ntfs_delete(volume, line.at(1).c_str(), file.release(), folder.release(), name.units,
-                  static_cast<uint8_t>(name.length)) != 0) {
-    fail(line.at(1));
-  }
-}
-
-void compress_folder(ntfs_volume* volume, const words& line) {
-  const opened folder(volume, line.at(1));
-  const uint32_t attributes = 0x810;  // compressed, archive
-  char bytes[sizeof attributes];
-  std::memcpy(bytes, &attributes, sizeof attributes);
-  if (ntfs_set_ntfs_attrib(folder.get(), bytes, sizeof bytes, 0) != 0) fail(line.at(1));
-}
-
-struct command {
-  const char* name;
-  void (*run)(ntfs_volume* volume, const words& line);
-};
-
-constexpr command commands[] = {
-    {"mkdir", make_folder},
-    {"empty", make_empty},
-    {"append", append},
-    {"link", add_link},
-    {"short", set_short_name},
-    {"remove", remove_file},
-    {"compress", compress_folder},
-};
-
-void run_line(ntfs_volume* volume, const std::string& text) {
-  words line;
-  std::istringstream pieces(text);
-  for (std::string word; std::getline(pieces, word, '\t');) line.push_back(word);
-  for (const command& known : commands) {
-    if (!line.empty() && line[0] == known.name) return known.run(volume, line);
-  }
-  throw std::runtime_error("no such command: " + text);
 }
 
 }  // namespace
@@ -190,7 +136,12 @@ int main(int argc, char** argv) {
   NVolSetCompression(volume);
   int status = 0;
   try {
-    for (std::string line; std::getline(std::cin, line);) run_line(volume, line);
+    for (std::string text; std::getline(std::cin, text);) {
+      std::istringstream pieces(text);
+      words line;
+      for (std::string word; std::getline(pieces, word, '\t');) line.push_back(word);
+      run_line(volume, line);
+    }
   } catch (const std::exception& error) {
     std::cerr << error.what() << '\n';
     status = 1;

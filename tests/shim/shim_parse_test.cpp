@@ -16,7 +16,6 @@ using namespace test_support;
 
 constexpr int all_layouts[] = {1, 2, 3, 4, 5, 6, 7, 9, 10, 12, 13, 14};
 constexpr int array_numbers[] = {2, 3, 4, 5, 6, 7};
-constexpr int chain_numbers[] = {9, 10, 12, 13, 14};
 
 /// Entries with the paths "000..", "111.." and so on, all of one length.
 cache_builder numbered(int layout, int count) {
@@ -27,8 +26,15 @@ cache_builder numbered(int layout, int count) {
   return cache;
 }
 
+/// The bytes of four of them; layout 1 without most of its unused slots.
+bytes four_entries(int layout) {
+  bytes block = numbered(layout, 4).bytes();
+  if (layout == 1) block.resize(numbered(1, 4).entry_at(5));
+  return block;
+}
+
 /// The rows in the order of the walk; none if `cache` is no cache.
-std::vector<shim_cache_entry> walk(const bytes& cache, bool raw = false, uint32_t slack = 0) {
+shim_cache_results walk(const bytes& cache, bool raw = false, uint32_t slack = 0) {
   shim_cache_results results;
   parse_shim_cache(results, byte_view(cache), slack, raw);
   return results;
@@ -49,39 +55,29 @@ int detected(const bytes& cache) {
 }
 
 TEST(shim_parse, fields_of_every_layout) {
-  struct row {
-    int layout;
-    uint32_t header, entry;
-    std::string_view fields;  ///< size, modified, update, flags1, flags2, data
-  };
-  const row rows[] = {{1, 400, 552, "smu"}, {2, 8, 24, "sm"},  {3, 8, 32, "sm"},
-                      {4, 8, 24, "m12"},    {5, 8, 32, "m12"}, {6, 128, 32, "m12d"},
-                      {7, 128, 48, "m12d"}, {9, 0, 16, ""},    {10, 128, 16, "m12"},
-                      {12, 0, 16, "2"},     {13, 48, 16, "m"}, {14, 52, 16, "m"}};
+  // Size, modified, update, flags1, flags2, data.
+  const std::pair<int, std::string> rows[] = {{1, "smu"},  {2, "sm"},   {3, "sm"},   {4, "m12"},
+                                              {5, "m12"},  {6, "m12d"}, {7, "m12d"}, {9, ""},
+                                              {10, "m12"}, {12, "2"},   {13, "m"},   {14, "m"}};
   const cache_entry wanted{.path = u"\\??\\C:\\\u00C4.EXE", .data = {7, 8, 9}};
-  for (const row& row : rows) {
-    SCOPED_TRACE(row.layout);
-    const auto in = [&](char field, uint64_t value) {
-      return row.fields.find(field) == std::string_view::npos ? 0 : value;
+  for (const auto& [layout, fields] : rows) {
+    SCOPED_TRACE(layout);
+    const auto in = [&present = fields](char field, uint64_t value) {
+      return present.find(field) == std::string::npos ? 0 : value;
     };
-    cache_builder cache(row.layout);
+    cache_builder cache(layout);
     cache.entry({.path = u"C:\\b.exe"}).entry(wanted).entry({.path = u"C:\\b.EXE"});
     const bytes block = cache.bytes();
-    const bool chain = row.layout >= 9;
-    detected_shim found;
-    ASSERT_TRUE(detect_shim_layout(byte_view(block), found));
+    const bool chain = layout >= 9;
     using numbers = std::vector<uint64_t>;
-    EXPECT_EQ((numbers{found.header_bytes, found.entry_bytes, found.entry_count}),
-              (numbers{row.header, row.entry, chain ? 0U : 3U}));
-    shim_cache_results results;
-    ASSERT_TRUE(parse_shim_cache(results, byte_view(block), 0, false));
+    const shim_cache_results results = walk(block);
     ASSERT_EQ(results.size(), 3U);
     const shim_cache_entry& entry = results[1];
     EXPECT_TRUE(entry.valid && entry.path_had_prefix && entry.raw_bytes.empty());
-    EXPECT_EQ(static_cast<int>(entry.layout), row.layout);
+    EXPECT_EQ(static_cast<int>(entry.layout), layout);
     EXPECT_EQ(entry.path_raw, "\\??\\C:\\\xC3\x84.EXE");
     EXPECT_EQ(path_key(entry), "c:\\\xC3\x84.exe");
-    EXPECT_EQ(entry.order, row.layout == 1 ? 1 : -1);
+    EXPECT_EQ(entry.order, layout == 1 ? 1 : -1);
     EXPECT_EQ((numbers{entry.entry_number, entry.entry_offset, entry.signature, entry.entry_tag}),
               (numbers{1, cache.entry_at(1), chain ? 0x73743031U : 0, chain ? wanted.tag : 0}));
     EXPECT_EQ((numbers{entry.file_size, entry.modified_time, entry.update_time, entry.flags1,
@@ -89,6 +85,18 @@ TEST(shim_parse, fields_of_every_layout) {
               (numbers{in('s', wanted.file_size), in('m', wanted.modified), in('u', wanted.update),
                        in('1', wanted.flags1), in('2', wanted.flags2), in('d', 3)}));
     EXPECT_EQ(byte_view(block).u8_at(entry.data_offset), in('d', 7) | (in('d', 1) ? 0 : block[0]));
+    const shim_cache_results raw = walk(block, true);
+    EXPECT_EQ(raw.size() == 96, layout == 1);  // with the unused slots
+    const size_t size = cache.entry_at(2) - cache.entry_at(1);
+    EXPECT_EQ(raw.at(1).raw_bytes, byte_view(block).clip(entry.entry_offset, size).copy());
+    const auto slack = static_cast<uint32_t>(block.size() - entry.entry_offset);
+    const std::pair<uint32_t, std::string> slacks[] = {
+        {0, "000"}, {slack - 1, "001"}, {slack, "011"}, {0xFFFFFFFF, "111"}};
+    for (const auto& [length, marks] : slacks) {
+      std::string text;
+      for (const auto& one : walk(block, false, length)) text += one.in_slack ? '1' : '0';
+      EXPECT_EQ(text, marks);
+    }
   }
 }
 
@@ -128,7 +136,7 @@ TEST(shim_parse, recognises_by_the_first_bytes_and_the_first_entry) {
   for (const int layout : {10, 13, 14}) {
     SCOPED_TRACE(layout);
     bytes block = numbered(layout, 2).bytes();
-    const size_t entry = numbered(layout, 2).entry_at(0);
+    const auto header = static_cast<uint32_t>(numbered(layout, 2).entry_at(0));
     put_u32(block, 0, 0);  // the place of the first signature then tells the header's length
     EXPECT_EQ(detected(block), layout);
     put(block, 20, as_bytes("ts"));  // only 128 and 48 are tried before a search
@@ -137,22 +145,21 @@ TEST(shim_parse, recognises_by_the_first_bytes_and_the_first_entry) {
       put_u32(block, 0, length);
       EXPECT_EQ(detected(block), 0) << length;
     }
-    put_u32(block, 0, static_cast<uint32_t>(entry));
-    block.resize(entry + 12 + 32 + 1);  // the path's length and 12 must be below what is there
+    put_u32(block, 0, header);
+    block.resize(header + 12 + 32 + 1);  // the path's length and 12 must be below what is there
     EXPECT_EQ(detected(block), layout);
     block.pop_back();
     EXPECT_EQ(detected(block), 0);
   }
   for (const int layout : {9, 12}) {
-    SCOPED_TRACE(layout);
     bytes block = numbered(layout, 1).bytes();
     put_u32(block, 8, 33);
     EXPECT_EQ(detected(block), layout);
     put_u32(block, 8, 32);  // no more than the path's length
-    EXPECT_EQ(detected(block), 0);
+    EXPECT_EQ(detected(block), 0) << layout;
     put_u32(block, 8, 33);
     block[3] = 'S';
-    EXPECT_EQ(detected(block), 0);
+    EXPECT_EQ(detected(block), 0) << layout;
   }
   for (const int layout : array_numbers) {  // the first entry has to be there, but not its path
     bytes block = numbered(layout, 1).bytes();
@@ -163,8 +170,7 @@ TEST(shim_parse, recognises_by_the_first_bytes_and_the_first_entry) {
   }
   const bytes magic = {0xEF, 0xBE, 0xAD, 0xDE};
   EXPECT_EQ(detected(magic), 1);
-  shim_cache_results results;
-  results.push_back(shim_cache_entry());
+  shim_cache_results results(1);
   EXPECT_FALSE(parse_shim_cache(results, byte_view(magic), 0, false));
   EXPECT_TRUE(results.empty());
 }
@@ -176,13 +182,14 @@ TEST(shim_parse, xp_order_and_paths_at_their_limits) {
   for (const auto& row : walk(xp)) orders.push_back(row.order);
   EXPECT_EQ(orders, (std::vector<int32_t>{1, -1, 0, 4, -1}));  // the first mention counts
   EXPECT_EQ(walk(xp)[4].path_raw, std::string(260, 'x'));
+  bytes counted = xp;
+  put_u32(counted, 8, 2);
+  EXPECT_EQ(walked(counted), "00 11 ");
 
   cache_builder cache(4);
   bytes block = cache.entry({.path = u"A\\??\\B\\??\\C"}).entry({.path = u"gone"}).bytes();
+  EXPECT_EQ(path_key(walk(block).front()), "ab\\??\\c");
   const size_t second = cache.entry_at(1);
-  shim_cache_results results;
-  parse_shim_cache(results, byte_view(block), 0, false);
-  EXPECT_EQ(path_key(results.front()), "ab\\??\\c");
   put_u32(block, second, 0x01020100);
   put_u32(block, second + 4, static_cast<uint32_t>(block.size()));
   EXPECT_EQ(walk(block).at(1).path_raw, "");  // at the buffer's end, and kept
@@ -194,16 +201,20 @@ TEST(shim_parse, array_ends_at_the_strings) {
   for (const int layout : array_numbers) {
     SCOPED_TRACE(layout);
     cache_builder cache(layout);
-    cache.entry({.path = std::u16string(100, u'0')}).entry({.path = std::u16string(100, u'1')});
-    bytes block = cache.count(100).bytes();
+    for (const char16_t c : {u'0', u'1'}) cache.entry({.path = std::u16string(100, c)});
+    cache.stated_count = 100;
+    bytes block = cache.bytes();
     const size_t size = cache.entry_at(1) - cache.entry_at(0);
     // The lowest path decides; that of the first entry lies behind it.
     const bytes first = byte_view(block).clip(cache.entry_at(0), size).copy();
-    put(block, cache.entry_at(2), first);
-    put(block, cache.entry_at(3), first);
+    for (const size_t slot : {2U, 3U}) put(block, cache.entry_at(slot), first);
     EXPECT_EQ(walk(block).size(), 3U);  // the step at the first string itself is still made
+    cache.stated_count = 0;
+    EXPECT_EQ(walk(cache.bytes(), true).empty(), layout == 7);  // no step length known
     // Raw mode goes on behind the count, to the same place.
-    const bytes slots = cache.count(2).slots(4).bytes();
+    for (int slot = 2; slot < 4; ++slot) cache.entry({.path = u""});
+    cache.stated_count = 2;
+    const bytes slots = cache.bytes();
     EXPECT_EQ(walk(slots).size(), 2U);
     const auto raw = walk(slots, true);
     ASSERT_EQ(raw.size(), 5U);
@@ -213,7 +224,6 @@ TEST(shim_parse, array_ends_at_the_strings) {
       EXPECT_EQ(static_cast<int>(row.layout), layout);
       EXPECT_EQ(row.raw_bytes, byte_view(slots).clip(row.entry_offset, size).copy());
     }
-    EXPECT_EQ(walk(cache.count(0).bytes(), true).empty(), layout == 7);  // no step length known
   }
 }
 
@@ -221,17 +231,14 @@ TEST(shim_parse, overlapping_paths_are_not_copied_without_end) {
   cache_builder cache(2);
   for (int i = 0; i < 1100; ++i) cache.entry({.path = u""});
   bytes block = cache.bytes();
-  const auto text_at = static_cast<uint32_t>(block.size());
+  const uint64_t text_at = block.size();
   block.resize(block.size() + 0xFFFC, 'A');
-  for (size_t i = 0; i < 1100; ++i) {
-    put_u32(block, cache.entry_at(i), 0xFFFEFFFC);
-    put_u32(block, cache.entry_at(i) + 4, text_at);
-  }
+  for (size_t i = 0; i < 1100; ++i) put_u64(block, cache.entry_at(i), text_at << 32 | 0xFFFEFFFC);
   EXPECT_LT(walk(block).size(), 1100U);
 }
 
 TEST(shim_parse, chain_resynchronises_at_the_next_signature) {
-  for (const int layout : chain_numbers) {
+  for (const int layout : {9, 10, 12, 13, 14}) {
     SCOPED_TRACE(layout);
     const cache_builder cache = numbered(layout, 6);
     const size_t third = cache.entry_at(2);
@@ -254,55 +261,29 @@ TEST(shim_parse, chain_resynchronises_at_the_next_signature) {
 }
 
 TEST(shim_parse, second_form_of_layout_10) {
+  const cache_entry wanted = {.path = u"second", .flags1 = 9, .second_form = true};
   cache_builder cache(10);
-  cache.entry({.path = u"first"}).entry({.path = u"second", .flags1 = 9, .second_form = true});
-  cache.entry({.path = u"third"});
+  cache.entry({.path = u"first"}).entry(wanted).entry({.path = u"third"});
   for (const size_t gap : {0U, 37U}) {
     bytes block = cache.bytes();
     block.insert(block.begin() + static_cast<ptrdiff_t>(cache.entry_at(1)), gap, 0xAA);
-    const auto rows = walk(block);
-    ASSERT_EQ(rows.size(), 3U);
-    EXPECT_EQ(rows[1].path_raw, "second");
-    EXPECT_EQ(rows[1].flags1, 9U);
-    EXPECT_EQ(rows[1].flags2, cache_entry().flags2);
-    EXPECT_EQ(rows[1].modified_time, cache_entry().modified);
-    EXPECT_EQ(rows[1].entry_offset, cache.entry_at(1));
-    EXPECT_EQ(rows[2].entry_offset, cache.entry_at(2) + gap);
-  }
-}
-
-TEST(shim_parse, raw_bytes_and_slack_follow_the_place) {
-  for (const int layout : all_layouts) {
-    const cache_builder cache = numbered(layout, 3);
-    const bytes block = cache.bytes();
-    const auto raw = walk(block, true);
-    ASSERT_GE(raw.size(), 3U) << layout;
-    EXPECT_EQ(raw.size() == 96, layout == 1);  // with the unused slots
-    const size_t size = cache.entry_at(1) - cache.entry_at(0);
-    for (size_t i = 0; i < 3; ++i) {
-      EXPECT_EQ(raw[i].raw_bytes, byte_view(block).clip(cache.entry_at(i), size).copy()) << layout;
-    }
-    const auto slack = static_cast<uint32_t>(block.size() - cache.entry_at(1));
-    const std::pair<uint32_t, std::string> rows[] = {
-        {0, "000"}, {slack - 1, "001"}, {slack, "011"}, {0xFFFFFFFF, "111"}};
-    for (const auto& [length, marks] : rows) {
-      std::string text;
-      for (const auto& row : walk(block, false, length)) text += row.in_slack ? '1' : '0';
-      EXPECT_EQ(text, marks) << layout << ' ' << length;
-    }
+    EXPECT_EQ(walked(block), "0f 1s 2t ");
+    const shim_cache_entry row = walk(block).at(1);
+    EXPECT_EQ(row.path_raw, "second");
+    EXPECT_EQ(row.flags1, wanted.flags1);
+    EXPECT_EQ(row.flags2, wanted.flags2);
+    EXPECT_EQ(row.modified_time, wanted.modified);
+    EXPECT_EQ(row.entry_offset, cache.entry_at(1));
   }
 }
 
 TEST(shim_parse, never_gains_rows_when_cut) {
   for (const int layout : all_layouts) {
-    bytes block = numbered(layout, 4).bytes();
-    if (layout == 1) block.resize(numbered(1, 4).entry_at(5));
     for (const bool raw : {false, true}) {
       size_t rows_before = layout == 1 || raw ? 8 : 4;
-      for (size_t size = block.size(); size > 0; --size) {
-        const bytes cut(block.data(), block.data() + size);
-        const size_t rows = walk(cut, raw).size();
-        ASSERT_LE(rows, rows_before) << layout << " cut to " << size;
+      for (bytes block = four_entries(layout); !block.empty(); block.pop_back()) {
+        const size_t rows = walk(bytes(block), raw).size();  // a copy has no room behind it
+        ASSERT_LE(rows, rows_before) << layout << " cut to " << block.size();
         rows_before = rows;
       }
     }
@@ -311,20 +292,15 @@ TEST(shim_parse, never_gains_rows_when_cut) {
 
 TEST(shim_parse, no_damaged_number_misleads_the_walk) {
   for (const int layout : all_layouts) {
-    const cache_builder cache = numbered(layout, 4);
-    bytes block = cache.bytes();
-    if (layout == 1) block.resize(cache.entry_at(5));
+    const bytes block = four_entries(layout);
     const auto size = static_cast<uint32_t>(block.size());
-    const size_t entry = cache.entry_at(1);
-    std::vector<size_t> places = {4, 8};
-    for (size_t at = entry; at + 4 <= cache.entry_at(2); at += 2) places.push_back(at);
-    for (const size_t at : places) {
-      for (const uint64_t value : {0ULL, 1ULL, 0xFFFFULL, size - 1ULL, size + 0ULL, size + 1ULL,
-                                   0x7FFFFFFFULL, 0x80000000ULL, 0xFFFFFFF0ULL, 0xFFFFFFFFULL}) {
-        for (const bool wide : {false, true}) {
+    const size_t entry = numbered(layout, 4).entry_at(1), next = numbered(layout, 4).entry_at(2);
+    for (size_t at = 4; at + 4 <= next; at = at == 4 ? 8 : std::max(at + 2, entry)) {
+      for (const uint32_t value : {0U, 1U, 0xFFFFU, size - 1, size, size + 1, 0x7FFFFFFFU,
+                                   0x80000000U, 0xFFFFFFF0U, 0xFFFFFFFFU}) {
+        for (const size_t width : {2U, 4U}) {
           bytes bad = block;
-          if (wide) put_u32(bad, at, static_cast<uint32_t>(value));
-          if (!wide) put_u16(bad, at, static_cast<uint16_t>(value));
+          put_number(bad, at, width, value);
           const std::string rows = walked(bad);
           const bool first_stays = at < entry || rows.starts_with("00 ");
           ASSERT_TRUE(rows.size() <= 12 && first_stays && walk(bad, true).size() <= size / 12)

@@ -8,33 +8,23 @@
 namespace test_support {
 namespace {
 
-bytes joined(const std::vector<bytes>& parts) {
-  bytes all;
-  for (const bytes& part : parts) append(all, part);
-  return all;
-}
-
-bytes zeros_behind(bytes unit, size_t size = 8192) {
-  unit.resize(size);
-  return unit;
-}
-
-// "abc" and a copy of 4093 bytes from three back: 4096 bytes in all.
-const bytes packed_abc = {0x05, 0xB0, 0x08, 'a', 'b', 'c', 0xFA, 0x2F};
-
-bytes plain_abc(size_t size) {
-  bytes text(size);
-  for (size_t i = 0; i < size; ++i) text[i] = static_cast<uint8_t>('a' + i % 3);
-  return text;
-}
-
 TEST(lznt1, chunks_of_all_kinds_give_their_bytes) {
-  const bytes raw = {0xFF, 0x3F};
-  bytes stored(4096);
-  for (size_t i = 0; i < stored.size(); ++i) stored[i] = static_cast<uint8_t>(i * 31 >> 3);
+  // "abc" and a copy of 4098 bytes from three back, of which the chunk has room for 4093.
+  const bytes packed = {0x05, 0xB0, 0x08, 'a', 'b', 'c', 0xFF, 0x2F};
+  bytes plain(4096), stored(4096);
+  for (size_t i = 0; i < 4096; ++i) {
+    plain[i] = static_cast<uint8_t>('a' + i % 3);
+    stored[i] = static_cast<uint8_t>(i * 31 >> 3);
+  }
+  const bytes ten(plain.begin(), plain.begin() + 10);
+  const bytes raw = concat({{0xFF, 0x3F}, stored});
   // 17 plain bytes, then copies whose distance has five bits and their length eleven.
-  bytes seventeen = {0x17, 0xB0, 0x00, '0', '1', '2', '3', '4',  '5', '6',  '7',  0x00, '8',
-                     '9',  'a',  'b',  'c', 'd', 'e', 'f', 0x06, 'g', 0x00, 0x80, 0x01, 0x80};
+  const bytes seventeen = {0x17, 0xB0, 0x00, '0', '1', '2', '3', '4',  '5', '6',  '7',  0x00, '8',
+                           '9',  'a',  'b',  'c', 'd', 'e', 'f', 0x06, 'g', 0x00, 0x80, 0x01, 0x80};
+  const bytes in_front = {0x02, 0xB0, 0x01, 0x00, 0x10};  // a copy from in front of the chunk
+  const bytes full = concat({in_front, bytes(4096, 7)});
+  const bytes no_header = concat({{0x34, 0x12}, bytes(4094, 9)});
+  const bytes zeros(8192);
   struct unit_case {
     const char* name;
     bytes unit;
@@ -43,27 +33,23 @@ TEST(lznt1, chunks_of_all_kinds_give_their_bytes) {
     bytes out;
   };
   const unit_case cases[] = {
-      {"one packed chunk", zeros_behind(packed_abc), 4096, true, plain_abc(4096)},
-      {"less is wanted", zeros_behind(packed_abc), 10, true, plain_abc(10)},
-      {"raw chunk", zeros_behind(joined({raw, stored})), 4096, true, stored},
-      {"raw chunk between packed ones", zeros_behind(joined({packed_abc, raw, stored, packed_abc})),
-       12288, true, joined({plain_abc(4096), stored, plain_abc(4096)})},
-      {"padding up to the next chunk", joined({zeros_behind(packed_abc, 4096), packed_abc}), 8192,
-       true, joined({plain_abc(4096), plain_abc(4096)})},
+      {"one packed chunk", concat({packed, zeros}), 4096, true, plain},
+      {"less is wanted", concat({packed, zeros}), 10, true, ten},
+      {"raw chunk between packed ones", concat({packed, raw, packed}), 12288, true,
+       concat({plain, stored, plain})},
+      {"padding up to the next chunk", concat({packed, bytes(4088), packed}), 8192, true,
+       concat({plain, plain})},
       {"a distance of five bits", seventeen, 24, true, as_bytes("0123456789abcdefg0123456")},
-      {"copy from in front of the chunk, stored as it is",
-       joined({{0x02, 0xB0, 0x01, 0x00, 0x10}, bytes(4096, 7)}), 4101, true,
-       joined({{0x02, 0xB0, 0x01, 0x00, 0x10}, bytes(4096, 7)})},
-      {"the same before zeros", zeros_behind({0x02, 0xB0, 0x01, 0x00, 0x10}), 4096, false, {}},
-      {"no chunk header", joined({{0x34, 0x12}, bytes(4094, 9)}), 100, true,
-       joined({{0x34, 0x12}, bytes(98, 9)})},
-      {"zeros", bytes(65536), 4096, false, {}},
+      {"a bad copy: stored as it is", full, 4101, true, full},
+      {"a bad copy before zeros", concat({in_front, zeros}), 4096, false, {}},
+      {"no chunk header", no_header, 10, true, concat({{0x34, 0x12}, bytes(8, 9)})},
+      {"zeros", zeros, 4096, false, {}},
       {"nothing", {}, 4096, false, {}},
   };
   for (const unit_case& c : cases) {
     bytes out = {0x5A};
     EXPECT_EQ(ovrik::decompress_unit(out, ovrik::byte_view(c.unit), c.wanted), c.usable) << c.name;
-    EXPECT_TRUE(out == joined({{0x5A}, c.out})) << c.name << ": " << out.size() << " bytes";
+    EXPECT_TRUE(out == concat({{0x5A}, c.out})) << c.name << ": " << out.size() << " bytes";
   }
 }
 

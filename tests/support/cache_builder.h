@@ -9,6 +9,7 @@
 
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "support/bytes.h"
@@ -30,39 +31,36 @@ struct cache_entry {
 
 class cache_builder {
  public:
-  explicit cache_builder(int layout);
+  explicit cache_builder(int layout) : m_layout(layout) {}
 
-  cache_builder& entry(cache_entry added);
-  cache_builder& entry(std::u16string path, uint64_t modified);
-
-  /// Count that the header states; otherwise the number of entries.
-  cache_builder& count(uint32_t stated);
-  /// Slots of the array; those behind the entries are zero. Layout 1 has 96 by itself.
-  cache_builder& slots(size_t number);
+  cache_builder& entry(cache_entry added) {
+    m_entries.push_back(std::move(added));
+    return *this;
+  }
+  cache_builder& entry(std::u16string path, uint64_t modified) {
+    return entry({.path = std::move(path), .modified = modified});
+  }
   /// Layout 1: the start of the most-recently-used list; otherwise 0, 1, 2 and so on.
-  cache_builder& order(std::vector<uint32_t> indexes);
-  /// Layouts 9 and up: the four bytes before every entry; otherwise "10ts".
-  cache_builder& signature(std::string text);
+  cache_builder& order(std::vector<uint32_t> indexes) {
+    m_order = std::move(indexes);
+    return *this;
+  }
 
   std::vector<uint8_t> bytes() const;
 
   /// Offset of entry (or slot) `index` in the composed cache.
   size_t entry_at(size_t index) const;
 
+  std::optional<uint32_t> stated_count;  ///< in the header; otherwise the number of entries
+
  private:
-  bool is_chain() const { return m_layout >= 9; }
   void compose_xp(std::vector<uint8_t>& cache) const;
   void compose_array(std::vector<uint8_t>& cache) const;
-  void compose_slot(std::vector<uint8_t>& cache, size_t at, const cache_entry& entry,
-                    size_t path_at, size_t data_at) const;
   std::vector<uint8_t> chain_entry(const cache_entry& entry) const;
 
   int m_layout;
   std::vector<cache_entry> m_entries;
-  std::optional<uint32_t> m_count;
-  size_t m_slots = 0;
   std::vector<uint32_t> m_order;
-  std::string m_signature = "10ts";
 };
 
 }  // namespace test_support

@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <map>
 #include <memory>
 #include <string>
@@ -12,6 +11,7 @@
 
 #include "sources/device_calls.h"
 #include "support/bytes.h"
+#include "support/memory_disk.h"
 
 namespace test_support {
 
@@ -21,13 +21,11 @@ constexpr uint32_t ask_geometry = 0x70000;
 constexpr uint32_t ask_partition = 0x74004;
 constexpr uint32_t ask_partition_ex = 0x70048;
 
-/// DISK_GEOMETRY: 512-byte sectors unless told otherwise.
+/// DISK_GEOMETRY of a fixed disk: 2 tracks of 4 sectors in each cylinder.
 inline bytes geometry(uint64_t cylinders, uint32_t bytes_per_sector = 512) {
   bytes answer;
   append_u64(answer, cylinders);
-  for (const uint32_t number : {12U /* fixed disk */, 2U, 4U, bytes_per_sector}) {
-    append_u32(answer, number);
-  }
+  for (const uint32_t number : {12U, 2U, 4U, bytes_per_sector}) append_u32(answer, number);
   return answer;
 }
 
@@ -37,22 +35,20 @@ inline bytes geometry_ex(uint64_t size, uint32_t bytes_per_sector = 512) {
   return answer;
 }
 
-/// PARTITION_INFORMATION
+/// PARTITION_INFORMATION: where it starts and its length.
 inline bytes partition(uint64_t length) {
-  bytes answer;
-  append_u64(answer, 0x100000);  // where it starts
-  append_u64(answer, length);
-  answer.resize(32);
+  bytes answer(32);
+  put_u64(answer, 0, 0x100000);
+  put_u64(answer, 8, length);
   return answer;
 }
 
-/// PARTITION_INFORMATION_EX of a GPT disk
+/// PARTITION_INFORMATION_EX of a GPT disk.
 inline bytes partition_ex(uint64_t length) {
-  bytes answer;
-  append_u64(answer, 1);
-  append_u64(answer, 0x100000);
-  append_u64(answer, length);
-  answer.resize(144);
+  bytes answer(144);
+  put_u64(answer, 0, 1);
+  put_u64(answer, 8, 0x100000);
+  put_u64(answer, 16, length);
   return answer;
 }
 
@@ -78,32 +74,27 @@ class memory_devices : public ovrik::device_calls {
   }
 
  private:
-  class open_file : public ovrik::open_device_file {
-   public:
-    explicit open_file(const memory_device& device) : m_device(device) {}
+  struct open_file : ovrik::open_device_file {
+    explicit open_file(const memory_device& told) : device(told) {}
 
     bool ask(uint32_t code, size_t most_bytes, std::vector<uint8_t>& answer) override {
-      const auto found = m_device.answers.find(code);
-      if (found == m_device.answers.end() || found->second.size() > most_bytes) return false;
+      const auto found = device.answers.find(code);
+      if (found == device.answers.end() || found->second.size() > most_bytes) return false;
       answer = found->second;
       return true;
     }
 
     bool read(void* buffer, uint32_t& size, uint64_t offset) override {
-      EXPECT_EQ(offset % m_device.sector, 0U);
-      EXPECT_EQ(size % m_device.sector, 0U);
-      if (m_device.reads_fail) return false;
-      const uint64_t end = std::min<uint64_t>(m_device.content.size(), offset + size);
-      size = offset < end ? static_cast<uint32_t>(end - offset) : 0;
-      const auto from = m_device.content.begin() + static_cast<std::ptrdiff_t>(offset);
-      if (size != 0) std::copy_n(from, size, static_cast<uint8_t*>(buffer));
+      EXPECT_EQ(offset % device.sector, 0U);
+      EXPECT_EQ(size % device.sector, 0U);
+      if (device.reads_fail) return false;
+      if (!memory_disk(device.content).read(buffer, size, offset)) size = 0;
       return true;
     }
 
-    uint64_t size() override { return m_device.handle_size; }
+    uint64_t size() override { return device.handle_size; }
 
-   private:
-    const memory_device& m_device;
+    const memory_device& device;
   };
 };
 

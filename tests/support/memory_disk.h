@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstring>
 #include <set>
 #include <utility>
 #include <vector>
@@ -24,8 +25,7 @@ class memory_disk : public ovrik::RAW_DISK_IO {
     const auto bad = m_bad.lower_bound(offset / 512);
     if (bad != m_bad.end()) end = std::clamp(*bad * 512, offset, end);
     size = static_cast<uint32_t>(end - offset);
-    const auto from = m_content.begin() + static_cast<std::ptrdiff_t>(offset);
-    std::copy_n(from, size, static_cast<uint8_t*>(buffer));
+    std::memcpy(buffer, m_content.data() + offset, size);
     return size != 0;
   }
 

@@ -39,18 +39,15 @@ bytes attribute(uint32_t type, const attribute_form& form, size_t header_bytes, 
 /// A node header and the entries behind it.
 bytes index_node(const std::vector<uint64_t>& children) {
   bytes node(16);
-  for (size_t i = 0; i <= children.size(); ++i) {
-    const bool last = i == children.size();
-    bytes entry(last ? 16 : 96);
-    if (!last) put_u64(entry, 0, children[i] | uint64_t{1} << 48);
-    put_u16(entry, 8, static_cast<uint16_t>(entry.size()));
-    put_u16(entry, 10, last ? 0 : 80);
-    put_u16(entry, 12, last ? 2 : 0);
+  for (const uint64_t child : children) {
+    bytes entry(96);
+    put_u64(entry, 0, child | uint64_t{1} << 48);
+    put_u32(entry, 8, 80 << 16 | 96);  // lengths of the key and the entry
     append(node, entry);
   }
+  append(node, {0, 0, 0, 0, 0, 0, 0, 0, 16, 0, 0, 0, 2, 0, 0, 0});  // the last one
   put_u32(node, 0, 16);
-  put_u32(node, 4, static_cast<uint32_t>(node.size()));
-  put_u32(node, 8, static_cast<uint32_t>(node.size()));
+  for (const size_t at : {4U, 8U}) put_u32(node, at, static_cast<uint32_t>(node.size()));
   return node;
 }
 
@@ -63,9 +60,7 @@ bytes resident_attribute(uint32_t type, const bytes& content, const attribute_fo
 }
 
 bytes non_resident_attribute(uint32_t type, const bytes& runs, const attribute_form& form) {
-  bytes ended = runs;
-  ended.push_back(0);
-  bytes block = attribute(type, form, 72, ended);
+  bytes block = attribute(type, form, 72, concat({runs, {0}}));
   block[8] = 1;
   put_u64(block, 16, form.first_vcn);
   put_u16(block, 34, form.compression_unit);
@@ -83,11 +78,11 @@ bytes file_name(uint64_t parent, std::u16string_view name, uint8_t name_space) {
 }
 
 bytes index_root(const std::vector<uint64_t>& children) {
-  bytes content(16);
-  put_u32(content, 0, 0x30);
-  put_u32(content, 8, 4096);
-  append(content, index_node(children));
-  return content;
+  return concat({{0x30, 0, 0, 0, 0, 0, 0, 0, 0, 0x10, 0, 0, 0, 0, 0, 0}, index_node(children)});
+}
+
+bytes index_attribute(const std::vector<uint64_t>& children) {
+  return resident_attribute(0x90, index_root(children), {.name = u"$I30"});
 }
 
 bytes index_block(const std::vector<uint64_t>& children) {
@@ -123,19 +118,16 @@ ntfs_builder::ntfs_builder(size_t clusters) : volume(clusters * cluster_bytes) {
   record(0, {non_resident_attribute(0x80, {0x11, record_count, mft_cluster},
                                     {.size = record_count * cluster_bytes})});
   const std::u16string names[] = {u"Windows", u"SYSTEM32", u"config"};
-  record(5, {resident_attribute(0x90, index_root({5, 10}), {.name = u"$I30"})}, 1, 3);
+  record(5, {index_attribute({5, 10})}, 1, 3);
   for (uint64_t i = 0; i < 3; ++i) {
-    record(10 + i,
-           {resident_attribute(0x30, file_name(i == 0 ? 5 : 9 + i, names[i])),
-            resident_attribute(0x90, index_root({11 + i}), {.name = u"$I30"})},
-           1, 3);
+    const bytes name = file_name(i == 0 ? 5 : 9 + i, names[i]);
+    record(10 + i, {resident_attribute(0x30, name), index_attribute({11 + i})}, 1, 3);
   }
 }
 
 void ntfs_builder::record(uint64_t entry, const std::vector<bytes>& attributes, uint16_t sequence,
                           uint16_t flags, uint64_t base) {
-  bytes block(56);
-  for (const bytes& attribute : attributes) append(block, attribute);
+  bytes block = concat({bytes(56), concat(attributes)});
   append_u32(block, 0xFFFFFFFF);
   put(block, 0, as_bytes("FILE"));
   put_u16(block, 16, sequence);

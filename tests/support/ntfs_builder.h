@@ -23,9 +23,11 @@ struct attribute_form {
 bytes resident_attribute(uint32_t type, const bytes& content, const attribute_form& form = {});
 bytes non_resident_attribute(uint32_t type, const bytes& runs, const attribute_form& form);
 
-/// Contents of $FILE_NAME, $INDEX_ROOT ("$I30") and $ATTRIBUTE_LIST, and an index block.
+/// Contents of $FILE_NAME, $INDEX_ROOT and $ATTRIBUTE_LIST, a whole $INDEX_ROOT ("$I30") and an
+/// index block.
 bytes file_name(uint64_t parent, std::u16string_view name, uint8_t name_space = 1);
 bytes index_root(const std::vector<uint64_t>& children);
+bytes index_attribute(const std::vector<uint64_t>& children);
 bytes index_block(const std::vector<uint64_t>& children);
 bytes list_entry(uint32_t type, uint64_t entry, uint16_t sequence, uint16_t id);
 

@@ -2,16 +2,9 @@
 
 namespace test_support {
 
-namespace {
-
-constexpr uint32_t entries_per_table = 4;
-constexpr size_t overhead_sectors = 32;
-constexpr size_t directory_at = 3 * vmdk_builder::sector;
-constexpr size_t first_table_sector = 4;
-
-}  // namespace
-
 bytes vmdk_builder::file() const {
+  constexpr uint64_t entries_per_table = 4;
+  constexpr uint64_t overhead_sectors = 32;
   bytes file(overhead_sectors * sector);
   put(file, 0, as_bytes("KDMV"));
   put_u64(file, 12, grains * grain_sectors);
@@ -22,17 +15,16 @@ bytes vmdk_builder::file() const {
   put_u64(file, 56, 3);
   put_u64(file, 64, overhead_sectors);
   put(file, sector, as_bytes(descriptor));
-  const auto entry_at = [](uint64_t grain) {
-    const size_t table = static_cast<size_t>(grain / entries_per_table);
-    return (first_table_sector + table) * sector + 4 * (grain % entries_per_table);
-  };
-  for (uint64_t grain = 0; grain < grains; grain += entries_per_table) {
-    const auto table = static_cast<uint32_t>(grain / entries_per_table);
-    put_u32(file, directory_at + 4 * table, first_table_sector + table);
+  for (uint64_t table = 0; table < grains / entries_per_table; ++table) {
+    put_u32(file, 3 * sector + 4 * table, static_cast<uint32_t>(4 + table));
   }
-  for (const uint64_t grain : zeroed) put_u32(file, entry_at(grain), 1);
+  const auto set_entry = [&file](uint64_t grain, uint64_t value) {
+    const uint64_t table_at = (4 + grain / entries_per_table) * sector;
+    put_u32(file, table_at + 4 * (grain % entries_per_table), static_cast<uint32_t>(value));
+  };
+  for (const uint64_t grain : zeroed) set_entry(grain, 1);
   for (const auto& [grain, content] : data) {
-    put_u32(file, entry_at(grain), static_cast<uint32_t>(file.size() / sector));
+    set_entry(grain, file.size() / sector);
     bytes whole = content;
     whole.resize(grain_sectors * sector);
     append(file, whole);
