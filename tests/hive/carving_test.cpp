@@ -105,12 +105,6 @@ struct three_segments {
   std::vector<size_t> bins;
 };
 
-bytes joined(const std::vector<bytes>& parts) {
-  bytes whole;
-  for (const bytes& part : parts) append(whole, part);
-  return whole;
-}
-
 TEST(carving, brings_back_every_array_layout) {
   for (int layout = 1; layout <= 7; ++layout) {
     SCOPED_TRACE(layout);
@@ -144,7 +138,7 @@ TEST(carving, other_layouts_have_no_pages) {
 TEST(carving, a_prefix_moves_all_places_and_nothing_else) {
   const bytes value = cache_of_segments(7, 3);
   const carving first(strewn(value));
-  const carving moved(joined({bytes(7 * page_bytes, 0xFF), strewn(value)}));
+  const carving moved(concat({bytes(7 * page_bytes, 0xFF), strewn(value)}));
   ASSERT_EQ(1U, first.other.size());
   EXPECT_TRUE(first.other == moved.other);
   page_run expected = first.runs.at(0);
@@ -165,13 +159,13 @@ TEST(carving, missing_pages_of_a_hive_leave_what_the_rest_is) {
     std::string said;
     bytes expected;
   } const rows[] = {
-      {"the second bin", second, "#0:3 -2 ", joined({segments[0], segments[2]})},
+      {"the second bin", second, "#0:3 -2 ", concat({segments[0], segments[2]})},
       {"a tail page", second + page_bytes, "#0:3 ",
-       joined({segments[0], source.part(segment_bytes, first_tail), bytes(page_bytes),
+       concat({segments[0], source.part(segment_bytes, first_tail), bytes(page_bytes),
                source.part(first_tail + page_bytes, 2 * segment_bytes), segments[2]})},
       // A whole page is missing then, though the segment had only 4,092 bytes of it.
       {"the last tail page", second + 3 * page_bytes, "#0:3 ",
-       joined({segments[0], source.part(segment_bytes, first_tail + 2 * page_bytes),
+       concat({segments[0], source.part(segment_bytes, first_tail + 2 * page_bytes),
                bytes(page_bytes), segments[2]})},
   };
   for (const auto& row : rows) {
@@ -225,9 +219,9 @@ TEST(carving, missing_pages_of_a_raw_file_are_left_out) {
 
 TEST(carving, the_first_header_takes_all_bins) {
   const bytes value = cache_of_segments(6, 3);
-  const carving carved(joined({strewn(value), strewn(value)}));
+  const carving carved(concat({strewn(value), strewn(value)}));
   ASSERT_EQ(2U, carved.other.size());
-  EXPECT_TRUE(joined({value, value}) == carved.other[0]);
+  EXPECT_TRUE(concat({value, value}) == carved.other[0]);
   EXPECT_TRUE(bytes(value.begin(), value.begin() + 4060) == carved.other[1]);
 }
 
@@ -274,15 +268,21 @@ TEST(carving, lying_sources_are_carved_for_what_they_hold) {
   }
   const bytes short_list = padded(huge_list, end + 4 * 0xFFFF);
   huge_list.resize(end + 4 * 0x10000);
-  bytes many_lists = huge_list;  // bins of nothing but a cell that claims the same list
-  for (int i = 0; i < 40; ++i) {
+  // Bins of nothing but a cell that claims a list.
+  const auto bin_of_list = [&claims](uint32_t count, uint32_t offset) {
     bytes bin = as_bytes("hbin");
     bin.resize(0x20);
-    append_u32(bin, 16);
-    append_u32(bin, claims(0xFFFF));
-    append_u32(bin, list_offset);
-    append(many_lists, padded(bin, page_bytes));
-  }
+    for (const uint32_t field : {16U, claims(count), offset}) append_u32(bin, field);
+    return padded(bin, page_bytes);
+  };
+  bytes many_lists = huge_list;
+  for (int i = 0; i < 40; ++i) append(many_lists, bin_of_list(0xFFFF, list_offset));
+  bytes behind_lies = changed(count_at, claims(0xFFFF));  // of a list of zeros, as three more do
+  put_u32(behind_lies, good.db_at + 8, list_offset);
+  append_u32(behind_lies, 0x80000000);
+  behind_lies.resize(end + 4 * 0x10000);
+  for (int i = 0; i < 3; ++i) append(behind_lies, bin_of_list(0xFFFF, list_offset));
+  append(behind_lies, bin_of_list(3, get_u32(good.hive, good.db_at + 8)));
   bytes hbins(64 * page_bytes);
   for (size_t at = 0; at < hbins.size(); at += page_bytes) put(hbins, at, as_bytes("hbin"));
   bytes no_end = good.hive;
@@ -309,6 +309,7 @@ TEST(carving, lying_sources_are_carved_for_what_they_hold) {
       {"a list that the source cuts", short_list, "#0:65535 ", 0, 1, 0},
       {"65,535 segments", huge_list, "#0:65535 -4 -5 ", 1, 0, 65535},
       {"cells of the same list", many_lists, "#0:65535 -4 -5 ", 1, 0, 65535},
+      {"a sound list behind lies", behind_lies, "#0:65535 -1 -2 ", 1, 0, 3},
       {"segments without end", no_end, "#0:3 ", 1, 0, 3},
       {"segments of no size", no_tail, "#0:3 ", 1, 0, 3},
   };
@@ -327,6 +328,7 @@ TEST(carving, lying_sources_are_carved_for_what_they_hold) {
       EXPECT_TRUE(good.value == carved.other[0]);
     }
   }
+  EXPECT_TRUE(carving(behind_lies).primary.at(0) == padded(good.value, 3 * segment_room));
   EXPECT_FALSE(carving(bytes(4095)).opened);
   EXPECT_TRUE(carving(bytes(4096)).opened);
 }
@@ -348,7 +350,7 @@ TEST(carving, the_list_of_pages_is_written_line_by_line) {
   append_u32(source, 16352);  // a free cell
   append_u32(source, 0xBADC0FEE);
   source.resize(0x24 + 128);
-  append(source, joined({entry_of_seven(0x5FE8), entry_of_seven(0x100), entry_of_seven(0x1000)}));
+  append(source, concat({entry_of_seven(0x5FE8), entry_of_seven(0x100), entry_of_seven(0x1000)}));
   source.resize(0x190);
   append_utf16(source, u"\\??\\C:\\a");
   source.resize(0x1F3C);

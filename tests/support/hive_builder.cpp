@@ -52,6 +52,15 @@ std::string below(const std::string& path, const std::string& name) {
   return path.empty() ? name : path + "\\" + name;
 }
 
+/// Writes the checksum: XOR of the 127 words in front of it; 0 and all ones are not used.
+void seal_base_block(bytes& hive) {
+  uint32_t sum = 0;
+  for (size_t at = 0; at < 0x1FC; at += 4) sum ^= get_u32(hive, at);
+  if (sum == 0) sum = 1;
+  if (sum == 0xFFFFFFFF) sum = 0xFFFFFFFE;
+  put_u32(hive, 0x1FC, sum);
+}
+
 /// Base block and bins; hands out cells, whose fields count from the size field on.
 class cell_store {
  public:
@@ -114,7 +123,6 @@ class hive_composer {
 
   bytes compose() {
     m_security = m_cells.allocate(20 + sizeof(security_descriptor));
-    m_builder.m_security_at = m_security;
     const size_t root = add_key(m_builder.root, "", 0);
     m_cells.text(m_security + 4, "sk");
     m_cells.offset(m_security + 0x08, m_security);  // next and previous: itself
@@ -207,21 +215,10 @@ class hive_composer {
   };
 
   size_t add_list(list_form form, const std::vector<list_entry>& entries) {
-    switch (form) {
-      case list_form::lh:
-        return add_plain_list("lh", entries);
-      case list_form::lf:
-        return add_plain_list("lf", entries);
-      case list_form::li:
-        return add_plain_list("li", entries);
-      case list_form::ri_of_lh:
-        return add_list_of_lists("lh", entries);
-      case list_form::ri_of_lf:
-        return add_list_of_lists("lf", entries);
-      case list_form::ri_of_li:
-        return add_list_of_lists("li", entries);
-    }
-    return 0;
+    constexpr const char* signatures[] = {"lh", "lf", "li"};
+    const auto number = static_cast<size_t>(form);
+    return number < 3 ? add_plain_list(signatures[number], entries)
+                      : add_list_of_lists(signatures[number - 3], entries);
   }
 
   size_t add_plain_list(std::string_view signature, const std::vector<list_entry>& entries) {
@@ -230,11 +227,10 @@ class hive_composer {
     m_cells.text(at + 4, signature);
     m_cells.u16(at + 6, entries.size());
     for (size_t i = 0; i < entries.size(); ++i) {
-      const list_entry& entry = entries[i];
-      m_cells.offset(at + 8 + width * i, entry.cell);
+      m_cells.offset(at + 8 + width * i, entries[i].cell);
       if (width == 4) continue;
-      m_cells.u32(at + 12 + width * i,
-                  signature == "lh" ? lh_hash(entry.name) : lf_hash(entry.name));
+      const std::string& name = entries[i].name;
+      m_cells.u32(at + 12 + width * i, signature == "lh" ? lh_hash(name) : lf_hash(name));
     }
     return at;
   }
@@ -271,15 +267,9 @@ class hive_composer {
     }
     const bool segmented = value.form == data_form::segments ||
                            (value.form == data_form::by_size && size > segment_size);
-    place.data = segmented ? add_segments(value.data) : add_data(value);
+    place.data = segmented ? add_segments(value.data) : m_cells.allocate(value.data);
     m_cells.offset(at + 0x0C, place.data);
     return place;
-  }
-
-  size_t add_data(const hive_value& value) {
-    bytes content = value.data;
-    append(content, value.slack);
-    return m_cells.allocate(content);
   }
 
   // Windows gives every segment, the last one too, a cell of the full size.
@@ -321,34 +311,6 @@ hive_key& hive_key::at(const std::string& path) {
   return end == std::string::npos ? *found : found->at(path.substr(end + 1));
 }
 
-hive_builder::hive_builder(std::string name) : m_name(std::move(name)) {}
-
 std::vector<uint8_t> hive_builder::bytes() { return hive_composer(*this).compose(); }
-
-size_t hive_builder::key_at(const std::string& path) const { return m_places.at(path).cell; }
-size_t hive_builder::list_at(const std::string& path) const { return m_places.at(path).list; }
-
-size_t hive_builder::value_list_at(const std::string& path) const {
-  return m_places.at(path).value_list;
-}
-
-size_t hive_builder::value_at(const std::string& path, const std::string& name) const {
-  return m_places.at(path).values.at(name).cell;
-}
-
-size_t hive_builder::data_at(const std::string& path, const std::string& name) const {
-  return m_places.at(path).values.at(name).data;
-}
-
-size_t hive_builder::security_at() const { return m_security_at; }
-
-// XOR of the 127 words in front of the checksum; the results 0 and all ones are not used.
-void seal_base_block(bytes& hive) {
-  uint32_t sum = 0;
-  for (size_t at = 0; at < 0x1FC; at += 4) sum ^= get_u32(hive, at);
-  if (sum == 0) sum = 1;
-  if (sum == 0xFFFFFFFF) sum = 0xFFFFFFFE;
-  put_u32(hive, 0x1FC, sum);
-}
 
 }  // namespace test_support

@@ -30,7 +30,6 @@ struct hive_value {
   uint32_t type = 3;  ///< REG_BINARY
   bytes data = {};
   data_form form = data_form::by_size;
-  bytes slack = {};  ///< one cell: bytes behind the data that the data size does not count
 };
 
 struct hive_key {
@@ -49,20 +48,26 @@ struct hive_key {
 class hive_builder {
  public:
   /// `name` goes into the base block, at most 32 characters of it.
-  explicit hive_builder(std::string name = "SYSTEM");
+  explicit hive_builder(std::string name = "SYSTEM") : m_name(std::move(name)) {}
 
   hive_key root{.name = "ROOT"};
 
   /// Composes the hive; the positions below are those of the last call.
   std::vector<uint8_t> bytes();
 
-  size_t key_at(const std::string& path) const;         ///< nk
-  size_t list_at(const std::string& path) const;        ///< subkey list; 0 without subkeys
-  size_t value_list_at(const std::string& path) const;  ///< 0 without values
-  size_t value_at(const std::string& path, const std::string& name) const;  ///< vk
+  size_t key_at(const std::string& path) const { return m_places.at(path).cell; }  ///< nk
+  /// Subkey list; 0 without subkeys.
+  size_t list_at(const std::string& path) const { return m_places.at(path).list; }
+  /// 0 without values.
+  size_t value_list_at(const std::string& path) const { return m_places.at(path).value_list; }
+  /// vk
+  size_t value_at(const std::string& path, const std::string& name) const {
+    return m_places.at(path).values.at(name).cell;
+  }
   /// Data cell or "db" cell; 0 for resident data.
-  size_t data_at(const std::string& path, const std::string& name) const;
-  size_t security_at() const;  ///< sk
+  size_t data_at(const std::string& path, const std::string& name) const {
+    return m_places.at(path).values.at(name).data;
+  }
 
  private:
   friend class hive_composer;
@@ -79,10 +84,6 @@ class hive_builder {
 
   std::string m_name;
   std::map<std::string, key_place> m_places;
-  size_t m_security_at = 0;
 };
-
-/// Writes the checksum that belongs to the base block at the start of `hive`.
-void seal_base_block(bytes& hive);
 
 }  // namespace test_support

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "support/cache_builder.h"
+#include "support/carving.h"
 #include "support/ntfs_builder.h"
 #include "support/system_hive.h"
 #include "support/table_disk.h"
@@ -100,6 +101,8 @@ void write_seeds(const std::filesystem::path& folder) {
   add("vmdk", "chain", disk_chain());
   const control_set set = {.cache = small_cache(13), .last_write = filetime(2023, 3, 4)};
   add("hive", "system", system_hive({set}, 1).bytes());
+  add("carve", "hive_of_two_segments", system_hive_with(cache_of_segments(7, 2)).bytes());
+  add("carve", "raw_of_windows_xp", segment_bins(cache_of_segments(1, 1)));
   for (const int layout : {1, 2, 3, 4, 5, 6, 7, 9, 10, 12, 13, 14}) {
     add("shim", "layout-" + std::to_string(layout), small_cache(layout));
   }
