@@ -1,7 +1,5 @@
 // What the command line makes the program do: help, the start-up header, options, refusals.
 
-#include <gtest/gtest.h>
-
 #include <regex>
 
 #include "e2e/e2e_support.h"

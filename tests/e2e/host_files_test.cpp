@@ -1,6 +1,5 @@
 // Names and places of files that a host makes hard: other alphabets, long paths, files that may
 // not be written.
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
 

@@ -1,5 +1,4 @@
 // Lists of hives and raw values: a real pipe, real folder trees and what stands in them.
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 
 #include "e2e/e2e_support.h"

@@ -1,7 +1,5 @@
 // Every output form on one small hive, whole: output_forms.txt shows what has to come out.
 
-#include <gtest/gtest.h>
-
 #include "e2e/e2e_support.h"
 
 namespace {
