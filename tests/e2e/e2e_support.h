@@ -4,8 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <string>
-#include <vector>
 
 #include "e2e/tested_program.h"
 #include "support/cache_builder.h"
@@ -13,8 +13,6 @@
 #include "support/temp_dir.h"
 
 namespace test_support {
-
-using words = std::vector<std::string>;
 
 constexpr int failure = 255;  ///< -1 as the shell sees it
 
@@ -63,19 +61,72 @@ inline std::string body_of(const std::string& out) {
   return end == std::string::npos ? "no header: " + out : out.substr(end + 2);
 }
 
+/// What stands behind each `label` in the text, up to the end of its line.
+inline words behind(const std::string& label, const std::string& text) {
+  words found;
+  for (size_t at = 0; (at = text.find(label, at)) != std::string::npos;) {
+    at += label.size();
+    found.push_back(text.substr(at, text.find('\n', at) - at));
+  }
+  return found;
+}
+
+/// Skips the test if a tool is missing, which must not happen where everything was installed.
+inline void need_tools(const std::string& names) {
+  if (run_program("which", names).exit_status == 0) return;
+  if (std::getenv("CI") != nullptr) FAIL() << "missing, of " << names;
+  GTEST_SKIP() << "missing, of " << names;
+}
+
+/// How a run ends: what it says, what it gives behind the header, its exit value.
+struct ending {
+  shell_words arguments;
+  std::string err, body = {};
+  int exit_status = failure;
+};
+
 /// Runs the program in a folder with a hive of two caches, "sets.hiv".
 class single_source : public testing::Test {
  protected:
   single_source() { put_file("sets.hiv", two_cache_hive(2)); }
-  void put_file(const char* name, const bytes& content) { write_file(folder.path(name), content); }
-  bytes content(const char* name) const { return read_file(folder.path(name)); }
-
-  run_result run(words arguments, run_options options = {}) const {
-    arguments.emplace_back("-quiet");
-    options.folder = folder.path();
-    return run_ovrik(arguments, options);
+  void put_file(const std::string& name, const bytes& content) const {
+    write_file(folder.path(name), content);
   }
-  std::string body(words arguments) const { return body_of(run(std::move(arguments)).out); }
+  bytes content(const std::string& name) const { return read_file(folder.path(name)); }
+  std::string text(const std::string& name) const { return as_text(content(name)); }
+
+  run_result run(const shell_words& arguments, run_options options = {}) const {
+    options.folder = folder.path();
+    return run_ovrik(arguments.line + " -quiet", options);
+  }
+  /// What a line of the shell says, which must not fail.
+  std::string shell(const std::string& line, const std::string& input = "") const {
+    const run_result result =
+        run_program("sh", {"-ec", line}, {.input = input, .folder = folder.path()});
+    EXPECT_EQ(result.exit_status, 0) << line << result.err;
+    return result.out;
+  }
+  /// What changes when one of the files does.
+  std::string state_of(const std::string& files) const {
+    return shell("sha256sum " + files + "; stat -c '%s %y' " + files);
+  }
+  /// Each of the runs ends as it should.
+  void expect(const std::vector<ending>& endings, const run_options& options = {}) const {
+    for (const ending& row : endings) {
+      SCOPED_TRACE(row.arguments.line);
+      const run_result result = run(row.arguments, options);
+      EXPECT_EQ(row.err, result.err);
+      EXPECT_EQ(row.body, body_of(result.out));
+      EXPECT_EQ(row.exit_status, result.exit_status);
+    }
+  }
+  std::string body(const shell_words& arguments) const { return body_of(run(arguments).out); }
+  /// What stands behind the lines that name the source.
+  std::string rows(const shell_words& arguments) const {
+    const std::string out = run(arguments.line + " -csv").out;
+    const size_t at = out.find("\nreg date");
+    return at == std::string::npos ? "no rows: " + out : out.substr(at);
+  }
 
   const temp_dir folder;
 };

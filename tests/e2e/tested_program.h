@@ -6,24 +6,23 @@
 
 namespace test_support {
 
-/// What starts the program: it alone, or behind what runs programs of Windows. The environment may
-/// name the two (OVRIK_PROGRAM, OVRIK_WINE).
-std::vector<std::string> ovrik_command();
-
 /// True if the program is the one for Windows.
 bool is_windows_program();
+
+/// Path of the program, which the environment may name (OVRIK_PROGRAM), or of one built beside it.
+std::string program_path(const std::string& beside = "");
+
+/// The shell's words that start it: its path, behind what runs programs of Windows (OVRIK_WINE).
+std::string start_of_program(const std::string& beside = "");
 
 /// A path with "/" as the program writes it on its host.
 std::string host_path(std::string path);
 
-/// True if a live check ended the program.
-bool ended_abnormally(const run_result& result);
+/// What a shell tells of a program that a live check ended.
+int abnormal_end();
 
 /// Runs the program.
-run_result run_ovrik(const std::vector<std::string>& arguments, const run_options& options = {});
-
-/// Runs a program that was built beside that for Windows.
-run_result run_beside_ovrik(const std::string& name, const std::vector<std::string>& arguments,
-                            const run_options& options = {});
+run_result run_ovrik(const shell_words& arguments, const run_options& options = {},
+                     const std::string& beside = "");
 
 }  // namespace test_support

@@ -1,34 +1,38 @@
-// Runs a program as a user does, without a shell, and keeps what it said.
+// Runs a program as a user does and keeps what it said.
 
 #pragma once
 
-#include <chrono>
-#include <map>
-#include <optional>
 #include <string>
 #include <vector>
 
 namespace test_support {
 
+using words = std::vector<std::string>;
+
+/// What follows a program's name: words, each taken as it is, or a line that the shell takes apart.
+struct shell_words {
+  shell_words(const char* text) : line(text) {}
+  shell_words(std::string text) : line(std::move(text)) {}
+  shell_words(std::initializer_list<std::string> list) : shell_words(words(list)) {}
+  shell_words(const words& list);
+  std::string line;
+};
+
 struct run_options {
-  std::optional<std::string> input = {};                ///< through a pipe; else an empty input
-  std::string folder = {};                              ///< to run in; else the caller's
-  std::map<std::string, std::string> environment = {};  ///< added to the caller's
-  std::string out_path = {};  ///< standard output goes to this file, and `out` stays empty
-  std::chrono::milliseconds timeout = std::chrono::seconds(60);
+  std::string input = {};        ///< through a pipe
+  std::string folder = ".";      ///< to run in
+  std::string environment = {};  ///< "NAME=VALUE" for the shell, added to the caller's
+  std::string out_path = {};     ///< standard output goes to this file, and `out` stays empty
 };
 
 struct run_result {
-  int exit_status = -1;  ///< -1 if a signal ended the program, 127 if it could not be started
-  int signal = 0;
-  bool timed_out = false;  ///< the program was killed, with all that it had started
+  int exit_status;  ///< as the shell tells it: 127 if there is no program, 128 + a signal
   std::string out;
   std::string err;
 };
 
-/// Runs `program` (looked up as a path, not in PATH unless it has no slash) to its end.
-/// std::runtime_error if no process or pipe can be made.
-run_result run_program(const std::string& program, const std::vector<std::string>& arguments,
+/// Runs `program`, to be found as the shell finds it, to its end, which comes after 60 seconds.
+run_result run_program(const std::string& program, const shell_words& arguments,
                        const run_options& options = {});
 
 }  // namespace test_support

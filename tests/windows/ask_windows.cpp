@@ -4,7 +4,6 @@
 //   stripped PATH    the path without the long prefix
 //   device PATH      of the device: its size, and the first 8 characters behind byte 3
 #include <cstdio>
-#include <map>
 #include <string>
 
 #include "base/windows_api_win32.h"
@@ -15,12 +14,6 @@
 
 namespace {
 
-std::string long_form(const std::string& path) {
-  return ovrik::from_wide(ovrik::long_form(ovrik::to_wide(path)));
-}
-
-std::string absolute(const std::string& path) { return ovrik::make_absolute_path(path); }
-
 std::string device(const std::string& path) {
   const auto disk = ovrik::open_device(ovrik::device_kind::volume, path);
   if (disk == nullptr) return "does not open";
@@ -30,16 +23,17 @@ std::string device(const std::string& path) {
   return std::to_string(disk->size()) + " " + std::string(name, size);
 }
 
+std::string answer(const std::wstring& what, const std::string& path) {
+  if (what == L"long-form") return ovrik::from_wide(ovrik::long_form(ovrik::to_wide(path)));
+  if (what == L"absolute") return ovrik::make_absolute_path(path);
+  if (what == L"stripped") return lvportdir::strip_long_prefix(path);
+  return device(path);
+}
+
 }  // namespace
 
 extern "C" int wmain(int argc, wchar_t** argv) {
-  const std::map<std::wstring, std::string (*)(const std::string&)> answers = {
-      {L"long-form", long_form},
-      {L"absolute", absolute},
-      {L"stripped", lvportdir::strip_long_prefix},
-      {L"device", device},
-  };
-  if (argc != 3 || !answers.contains(argv[1])) return 1;
-  std::fputs(answers.at(argv[1])(ovrik::from_wide(argv[2])).c_str(), stdout);
+  if (argc != 3) return 1;
+  std::fputs(answer(argv[1], ovrik::from_wide(argv[2])).c_str(), stdout);
   return 0;
 }
