@@ -4,11 +4,11 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <string>
 
 #include "e2e/tested_program.h"
 #include "support/cache_builder.h"
+#include "support/outside.h"
 #include "support/system_hive.h"
 #include "support/temp_dir.h"
 
@@ -71,13 +71,6 @@ inline words behind(const std::string& label, const std::string& text) {
   return found;
 }
 
-/// Skips the test if a tool is missing, which must not happen where everything was installed.
-inline void need_tools(const std::string& names) {
-  if (run_program("which", names).exit_status == 0) return;
-  if (std::getenv("CI") != nullptr) FAIL() << "missing, of " << names;
-  GTEST_SKIP() << "missing, of " << names;
-}
-
 /// How a run ends: what it says, what it gives behind the header, its exit value.
 struct ending {
   shell_words arguments;
@@ -120,7 +113,9 @@ class single_source : public testing::Test {
       EXPECT_EQ(row.exit_status, result.exit_status);
     }
   }
-  std::string body(const shell_words& arguments) const { return body_of(run(arguments).out); }
+  std::string body(const shell_words& arguments, const std::string& input = "") const {
+    return body_of(run(arguments, {.input = input}).out);
+  }
   /// What stands behind the lines that name the source.
   std::string rows(const shell_words& arguments) const {
     const std::string out = run(arguments.line + " -csv").out;

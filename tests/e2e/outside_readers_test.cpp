@@ -1,7 +1,5 @@
-// What programs of others make of the results: body files in mactime, CSV in SQLite. Real hives
-// take part where they lie beside the project.
-#include <filesystem>
-
+// What programs of others make of the results: body files in mactime, CSV in SQLite, lists in GNU
+// parallel. Real hives take part where they lie beside the project.
 #include "e2e/e2e_support.h"
 
 namespace test_support {
@@ -11,21 +9,23 @@ namespace {
 class outside_readers : public single_source {
  protected:
   void SetUp() override {
-    need_tools("mactime sqlite3");
+    need_tools("mactime sqlite3 parallel");
     for (const std::string name : {"win7.SYSTEM", "win10-1709.SYSTEM"}) {
-      const std::string packed = OVRIK_SOURCE_DIR "/../shared/corpus/" + name + ".xz";
-      if (std::filesystem::exists(packed)) hives.push_back(name);
-      if (hives.back() == name) shell("xzcat " + packed + " >" + name);
+      if (fetch_real(name + ".xz", folder.path(name))) hives.push_back(name);
     }
+  }
+
+  std::string list() const {
+    std::string lines;
+    for (const std::string& hive : hives) lines += hive + "\n";
+    return lines;
   }
 
   words hives = {OVRIK_SOURCE_DIR "/samples/SYSTEM"};
 };
 
 TEST_F(outside_readers, mactime_takes_every_row_of_a_body_file) {
-  std::string list;
-  for (const std::string& hive : hives) list += hive + "\n";
-  const std::string body = run("-pipe -bodyfile", {.input = list}).out;
+  const std::string body = run("-pipe -bodyfile", {.input = list()}).out;
   put_file("body", as_bytes(body));
   const std::string timeline = shell("mactime -b body -d -z UTC 2>errors; test ! -s errors");
   size_t rows = 0;
@@ -52,6 +52,17 @@ TEST_F(outside_readers, sqlite_finds_the_columns_of_the_header_in_every_csv_row)
     const std::string count = std::to_string(rows.size());
     EXPECT_EQ(counted, count + "|" + count + "\n") << hive;
     EXPECT_GE(rows.size(), 26U) << hive;
+  }
+}
+
+TEST_F(outside_readers, parallel_runs_and_a_single_one_give_the_same_rows) {
+  for (const std::string form : {"-csv", "-csvl2t", "-bodyfile"}) {
+    const std::string options = " -pipe -quiet " + form, whole = list() + list();
+    const std::string jobs = shell("parallel --pipe -N 2 --keep-order --jobs 2" +
+                                       shell_words{start_of_program() + options}.line +
+                                       " | " OVRIK_SOURCE_DIR "/scripts/join-results",
+                                   whole);
+    EXPECT_EQ(body_of(jobs), body(form + " -pipe", whole)) << form;
   }
 }
 

@@ -34,13 +34,6 @@ class roads : public single_source {
   size_t body_rows(const std::string& arguments) const {
     return rows_in(run("-bodyfile " + arguments).out);
   }
-
-  /// Puts the sample or a file of real data into the folder as "real". False: it is not there.
-  bool fetch(const std::string& name) const {
-    const fs::path path = fs::path(OVRIK_SOURCE_DIR "/../shared/corpus") / name;
-    if (fs::exists(path)) shell("xzcat -f " + path.string() + " >real");
-    return fs::exists(path);
-  }
 };
 
 TEST_F(roads, every_layout_reads_alike_from_hive_and_file) {
@@ -203,7 +196,7 @@ TEST_F(roads, samples_and_real_evidence_have_their_rows) {
                      {"win10-1709.SYSTEM.xz", 1024, 1024, 0},
                      {"SAM.xz", 0, 0, failure}};
   for (const auto& hive : hives) {
-    if (!fetch(hive.name)) GTEST_SKIP() << hive.name << " is not there";
+    if (!fetch_real(hive.name, folder.path("real"))) GTEST_SKIP() << hive.name << " is not there";
     const run_result result = run("-hive real -bodyfile -all_controlsets");
     EXPECT_EQ("", result.err) << hive.name;
     EXPECT_EQ(hive.exit_status, result.exit_status) << hive.name;
@@ -213,7 +206,7 @@ TEST_F(roads, samples_and_real_evidence_have_their_rows) {
   const std::pair<const char*, size_t> values[] = {
       {"WinXPx86.bin", 17}, {"win7x64.bin", 304}, {"Win81.bin", 1024}};
   for (const auto& [name, rows] : values) {
-    if (!fetch(name)) GTEST_SKIP() << name << " is not there";
+    if (!fetch_real(name, folder.path("real"))) GTEST_SKIP() << name << " is not there";
     SCOPED_TRACE(name);
     expect_roads_agree(content("real"), rows);
   }

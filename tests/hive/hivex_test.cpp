@@ -1,12 +1,9 @@
 // An outside reader and writer of hives agrees about the bytes of values, in composed hives and in
 // those of real machines.
 
-#include <cstdlib>
-#include <filesystem>
-
 #include "hive/control_sets.h"
 #include "opened_hive.h"
-#include "support/run_program.h"
+#include "support/outside.h"
 
 namespace ovrik {
 namespace {
@@ -15,11 +12,7 @@ using namespace test_support;
 
 class hivex : public testing::Test {
  protected:
-  void SetUp() override {
-    if (run_program("hivexget", {}).exit_status != 127) return;
-    if (std::getenv("CI") != nullptr) FAIL() << "hivexget is missing";
-    GTEST_SKIP() << "hivexget is missing";
-  }
+  void SetUp() override { need_tools("hivexget hivexsh"); }
 };
 
 /// Compares a value of the hive file with what hivexget says.
@@ -64,18 +57,11 @@ TEST_F(hivex, agrees_on_a_hive_that_it_has_edited) {
   expect_same(path, cache_key_path(1), "AppCompatCache");
 }
 
-/// Unpacks a real hive; false: there is none.
-bool unpack(const std::string& name, const std::string& path) {
-  const std::string packed = OVRIK_SOURCE_DIR "/../shared/corpus/" + name;
-  return std::filesystem::exists(packed) &&
-         run_program("xz", {"-dc", packed}, {.out_path = path}).exit_status == 0;
-}
-
 TEST_F(hivex, agrees_on_the_caches_of_real_machines) {
   for (const char* name : {"win7.SYSTEM.xz", "win10-1709.SYSTEM.xz"}) {
     const temp_dir folder;
     const std::string path = folder.path("hive");
-    if (!unpack(name, path)) GTEST_SKIP() << "no real hives";
+    if (!fetch_real(name, path)) GTEST_SKIP() << "no real hives";
     bool ok = false;
     std::vector<std::string> sets;
     ASSERT_TRUE(list_control_sets(reg_hive(path, ok), sets));
@@ -87,7 +73,7 @@ TEST_F(hivex, agrees_on_the_caches_of_real_machines) {
 
 TEST(real_hive, of_another_kind_tells_its_name) {
   const temp_dir folder;
-  if (!unpack("SAM.xz", folder.path("hive"))) GTEST_SKIP() << "no real hives";
+  if (!fetch_real("SAM.xz", folder.path("hive"))) GTEST_SKIP() << "no real hives";
   bool ok = false;
   uint32_t root = 0;
   std::string name;
