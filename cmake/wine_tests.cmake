@@ -5,8 +5,9 @@ find_program(OVRIK_WINE NAMES wine64 PATHS /usr/lib/wine)
 
 if(OVRIK_WINDOWS_PROGRAM AND OVRIK_WINE)
   set(wine_folder "${PROJECT_BINARY_DIR}/wine")
-  # The two runtimes are ones that Wine would ask to install; nothing here needs them.
-  set(wine_environment "WINEPREFIX=${wine_folder};WINEDEBUG=-all;WINEDLLOVERRIDES=mscoree,mshtml="
+  # The two runtimes are ones that Wine would ask to install; nothing here needs them. Of Wine's own
+  # messages the tests want the one that tells why it did not start.
+  set(wine_environment "WINEPREFIX=${wine_folder};WINEDEBUG=-all,err+virtual;WINEDLLOVERRIDES=mscoree,mshtml="
     "OVRIK_WINE=${OVRIK_WINE}" "OVRIK_PROGRAM=${OVRIK_WINDOWS_PROGRAM}")
 
   # Wine has one user, who may read everything.

@@ -4,8 +4,24 @@
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
+#include <iterator>
 
 namespace test_support {
+
+namespace {
+
+/// What Wine says now and then of itself: that it finds the place taken which each process needs at
+/// 7FFE0000, before the program starts; or that it trips over its own end, behind that of the
+/// program, whose exit value is lost.
+constexpr const char* wine_trips[] = {"failed to map the shared user data",
+                                      "Inconsistency detected by ld.so"};
+
+bool wine_tripped(const run_result& result) {
+  return std::any_of(std::begin(wine_trips), std::end(wine_trips),
+                     [&](const char* trip) { return result.err.find(trip) != std::string::npos; });
+}
+
+}  // namespace
 
 bool is_windows_program() { return std::getenv("OVRIK_WINE") != nullptr; }
 
@@ -31,9 +47,7 @@ run_result run_ovrik(const shell_words& arguments, const run_options& options,
                      const std::string& beside) {
   const std::string line = start_of_program(beside) + " " + arguments.line;
   run_result result = run_program("env", line, options);
-  // Now and then Wine trips over its own end, behind that of the program, whose exit value is lost.
-  constexpr const char* trip = "Inconsistency detected by ld.so";
-  for (int left = 3; left > 0 && result.err.find(trip) != std::string::npos; --left) {
+  for (int left = 3; left > 0 && wine_tripped(result); --left) {
     result = run_program("env", line, options);
   }
   return result;
