@@ -7,7 +7,9 @@
 #include "base/text.h"
 #include "driver/console.h"
 #include "driver/path_variables.h"
+#include "shim/shim_detect.h"
 #include "sources/fileio.h"
+#include "sources/host_path.h"
 #include "sources/lv_portable_dir.h"
 
 namespace ovrik {
@@ -23,13 +25,16 @@ bool names_file(const std::string& argument, const std::string& path) {
          lvportdir::same_file(path, expand_path_variables(argument));
 }
 
-/// True if a file stands there that is evidence by its first bytes, whoever named it: a hive that a
-/// list brings, or a file that a virtual disk needs and nobody has named.
-bool looks_like_evidence(const std::string& path) {
+/// True if a file stands there that is evidence by its first bytes, whoever named it: a hive or a
+/// raw value that a list brings, or a file that a virtual disk needs and nobody has named.
+bool looks_like_evidence(const std::string& path, const argument_list& args) {
+  constexpr size_t first_entry_end = 4096;  // in every layout
   std::vector<uint8_t> start;
-  if (!uni::read_whole(start, path, 4)) return false;
+  if (!uni::read_whole(start, without_stream_name(path), first_entry_end)) return false;
   const byte_view view(start);
-  return view.text_at(0, "regf") || view.text_at(0, "KDMV");
+  detected_shim unused;
+  return view.text_at(0, "regf") || view.text_at(0, "KDMV") ||
+         (peek_flag("-pipe_binary", args) && detect_shim_layout(view, unused));
 }
 
 }  // namespace
@@ -40,7 +45,7 @@ bool is_free_of_evidence(const std::string& path, const argument_list& args) {
   const bool named =
       std::any_of(args.begin() + 1, args.end(),
                   [&path](const std::string& argument) { return names_file(argument, path); });
-  if (!named && !looks_like_evidence(path)) return true;
+  if (!named && !looks_like_evidence(path, args)) return true;
   print_message("prob opening file %s for output, aborting\n", path.c_str());
   return false;
 }

@@ -63,19 +63,23 @@ class carving_words : public carve_listener {
   uint64_t m_percent = 0;
 };
 
-/// A file in the folder of chunks.
+/// A file in the folder of chunks. One that would take the place of a file that this run needs for
+/// something else is not opened, and nothing written to it arrives.
 class carved_file {
  public:
   carved_file(const std::string& name, cmdline_options& options)
       : m_path(std::string(chunk_folder) + host_separator() + name) {
-    if (!is_spared(options)) {
-      lvportdir::remove_plain_file(m_path);
-      m_file.open_new(m_path);
-    }
+    m_spared = is_needed(options);
+    if (m_spared) return;
+    lvportdir::remove_plain_file(m_path);
+    m_file.open_new(m_path);
     if (!m_file.is_open()) diag_printf(options, "%s does not open", m_path.c_str());
   }
 
   uni::fileio& file() { return m_file; }
+
+  /// True if the file does not open, over which no word is lost.
+  bool is_skipped() const { return !m_spared && !m_file.is_open(); }
 
   /// Ends the file. False: what was written did not arrive, which has been said on standard error.
   bool finish(bool written) {
@@ -85,14 +89,14 @@ class carved_file {
   }
 
  private:
-  /// True if the name stands for a file that this run needs for something else.
-  bool is_spared(const cmdline_options& options) const {
+  bool is_needed(const cmdline_options& options) const {
     return lvportdir::same_file(m_path, options.source_path) ||
            lvportdir::same_file(m_path, options.out_path) ||
            lvportdir::same_file(m_path, options.diag_path);
   }
 
   std::string m_path;
+  bool m_spared = false;
   uni::fileio m_file;
 };
 
@@ -104,7 +108,7 @@ class carved_files {
 
   void write_stats(const carved_cache& carved) {
     carved_file stats("stats.txt", m_options);
-    if (!stats.file().is_open()) return;
+    if (stats.is_skipped()) return;
     uni::fileio_output out(stats.file());
     write_chunk_stats(out, m_source, carved);
     out.flush();
@@ -114,12 +118,12 @@ class carved_files {
   void write_chunks(const std::vector<carved_chunk>& chunks, const char* name_end) {
     for (size_t i = 0; i < chunks.size(); ++i) {
       carved_file chunk("chunk_" + std::to_string(i) + name_end, m_options);
-      if (!chunk.file().is_open()) continue;
+      if (chunk.is_skipped()) continue;
       if (!chunk.finish(write_chunk(chunk.file(), chunks[i]))) m_all_written = false;
     }
   }
 
-  /// False: something that was opened could not be written.
+  /// False: something could not be written, which has been said on standard error.
   bool all_written() const { return m_all_written; }
 
  private:

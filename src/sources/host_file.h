@@ -19,7 +19,8 @@ enum class file_use {
 };
 
 /// Opens the file at `path` (UTF-8, separators at its end ignored); `no_host_file` if it does not
-/// open, or is no plain file or whole disk where it is to be read, or a folder.
+/// open or is a folder. Read are plain files and whole disks or volumes, and no disk or volume is
+/// ever opened for writing.
 host_file open_host_file(const std::string& path, file_use use);
 
 /// False: the system says that something written did not arrive.

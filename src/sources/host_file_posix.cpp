@@ -30,9 +30,11 @@ int open_file(const std::string& path, int flags) {
 constexpr int flags_of_use[] = {O_RDONLY | O_NONBLOCK | O_NOATIME, O_WRONLY | O_CREAT | O_TRUNC,
                                 O_WRONLY | O_CREAT | O_EXCL, O_WRONLY};
 
-bool is_evidence(const std::string& name) {
+bool may_be_opened(const std::string& name, file_use use) {
   struct stat status {};
-  return stat(name.c_str(), &status) == 0 && (S_ISREG(status.st_mode) || S_ISBLK(status.st_mode));
+  const bool found = stat(name.c_str(), &status) == 0;
+  const bool is_disk = found && S_ISBLK(status.st_mode);
+  return use == file_use::read ? is_disk || (found && S_ISREG(status.st_mode)) : !is_disk;
 }
 
 /// Opens a file that is no folder; -1 if that fails.
@@ -55,7 +57,7 @@ int descriptor_of(intptr_t file) { return static_cast<int>(file); }
 
 host_file open_host_file(const std::string& path, file_use use) {
   const std::string name = ovrik::without_trailing_separators(path);
-  if (name.empty() || (use == file_use::read && !is_evidence(name))) return no_host_file;
+  if (name.empty() || !may_be_opened(name, use)) return no_host_file;
   return open_descriptor(name, flags_of_use[static_cast<size_t>(use)]);
 }
 

@@ -9,6 +9,7 @@ namespace uni {
 namespace {
 
 constexpr size_t console_piece = 0x2000;  // an old console takes no more than some 32 KiB
+constexpr DWORD share_results = FILE_SHARE_READ | FILE_SHARE_WRITE;
 
 HANDLE handle_of(host_file file) {
   return reinterpret_cast<HANDLE>(file);  // NOLINT(performance-no-int-to-ptr): that is what it is
@@ -35,6 +36,18 @@ void clear_read_only(const std::string& name) {
       [](bool done) { return !done; });
 }
 
+/// True for the device of a disk or a volume: what is no stream of characters and has no facts of a
+/// file.
+bool is_disk(const std::string& name) {
+  const ovrik::file_handle device(
+      ovrik::open_handle(name, 0, share_results | FILE_SHARE_DELETE, OPEN_EXISTING, 0));
+  BY_HANDLE_FILE_INFORMATION facts{};
+  if (!device.is_open()) return false;
+  const DWORD type = GetFileType(device.get());
+  return type != FILE_TYPE_CHAR && type != FILE_TYPE_PIPE &&
+         GetFileInformationByHandle(device.get(), &facts) == 0;
+}
+
 /// How much of `size` bytes of text a console gets at once: a piece that ends between characters.
 size_t console_piece_of(const uint8_t* text, size_t size) {
   if (size <= console_piece) return size;
@@ -57,7 +70,6 @@ struct use_flags {
 
 // What `file_use` asks for, in its order. Nobody is kept from what he does with evidence, which may
 // be in use.
-constexpr DWORD share_results = FILE_SHARE_READ | FILE_SHARE_WRITE;
 constexpr use_flags flags_of_use[] = {
     {GENERIC_READ, share_results | FILE_SHARE_DELETE, OPEN_EXISTING},
     {GENERIC_READ | GENERIC_WRITE, share_results, CREATE_ALWAYS},
@@ -69,7 +81,7 @@ constexpr use_flags flags_of_use[] = {
 
 host_file open_host_file(const std::string& path, file_use use) {
   const std::string name = ovrik::without_trailing_separators(path);
-  if (name.empty()) return no_host_file;
+  if (name.empty() || (use != file_use::read && is_disk(name))) return no_host_file;
   if (use == file_use::replace || use == file_use::append) clear_read_only(name);
   const use_flags& flags = flags_of_use[static_cast<size_t>(use)];
   HANDLE file = ovrik::open_handle(name, flags.access, flags.sharing, flags.disposition,

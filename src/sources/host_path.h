@@ -13,6 +13,10 @@ char host_separator();
 /// `path` without the separators at its end.
 std::string without_trailing_separators(std::string_view path);
 
+/// `path` without the name of a stream behind a colon, which Windows takes for a part of the file
+/// in front of it; all of it on a host whose files have none.
+std::string without_stream_name(std::string_view path);
+
 /// What follows the last separator of `path`, all of it if there is none.
 std::string last_component(std::string_view path);
 

@@ -14,6 +14,8 @@ std::string without_trailing_separators(std::string_view path) {
   return std::string(last == std::string_view::npos ? path.substr(0, 1) : path.substr(0, last + 1));
 }
 
+std::string without_stream_name(std::string_view path) { return std::string(path); }
+
 std::string last_component(std::string_view path) {
   return std::string(path.substr(path.rfind('/') + 1));
 }

@@ -12,6 +12,15 @@ std::string without_trailing_separators(std::string_view path) {
   return std::string(last == std::string_view::npos ? path.substr(0, 1) : path.substr(0, last + 1));
 }
 
+std::string without_stream_name(std::string_view path) {
+  const bool has_drive = path.size() > 1 && path[1] == ':';
+  const size_t separator = path.find_last_of("\\/");
+  const size_t name = separator != std::string_view::npos ? separator + 1 : has_drive ? 2 : 0;
+  const size_t colon = path.find(':', name);
+  // One at the end is that of a drive's device.
+  return std::string(path.substr(0, colon + 1 < path.size() ? colon : path.size()));
+}
+
 std::string last_component(std::string_view path) {
   size_t separator = path.rfind('\\');
   if (separator == std::string_view::npos) separator = path.rfind('/');

@@ -38,7 +38,8 @@ struct link_target {
 /// lies in itself gives `closes_cycle`.
 bool is_folder_link(const std::string& folder, link_target& target, bool& closes_cycle);
 
-/// True if the two paths (UTF-8) lead to one existing file, be it through links or other names.
+/// True if the two paths (UTF-8) lead to one existing file, be it through links or other names, or
+/// to a stream of it, which need not exist.
 bool same_file(const std::string& left, const std::string& right);
 
 /// True if `path` leads to a named pipe, which must not be opened only to try it: its reader would

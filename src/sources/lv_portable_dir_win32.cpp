@@ -37,6 +37,10 @@ bool identify(const std::string& path, link_target& target) {
   return true;
 }
 
+bool identify_file(const std::string& path, link_target& target) {
+  return identify(ovrik::without_stream_name(ovrik::without_trailing_separators(path)), target);
+}
+
 /// The path without links in it, with a separator at its end; empty if it does not exist.
 std::wstring real_folder(const std::string& path) {
   const file_handle folder(open_for_facts(path));
@@ -111,8 +115,8 @@ bool is_folder_link(const std::string& folder, link_target& target, bool& closes
 bool same_file(const std::string& left, const std::string& right) {
   link_target left_file;
   link_target right_file;
-  return identify(ovrik::without_trailing_separators(left), left_file) &&
-         identify(ovrik::without_trailing_separators(right), right_file) && left_file == right_file;
+  return identify_file(left, left_file) && identify_file(right, right_file) &&
+         left_file == right_file;
 }
 
 bool is_pipe(const std::string& path) {

@@ -181,6 +181,13 @@ TEST_F(roads, evidence_is_never_written_to) {
       }
     }
   }
+  if (is_windows_program()) {
+    for (const std::string name : {"sets.hiv:new", "./sets.hiv:new:$DATA", "sets.hiv::$DATA",
+                                   "\\\\.\\PhysicalDrive0", "\\\\.\\C:"}) {
+      expect({{"-pipe -out '" + name + "'",
+               "prob opening file " + host_path(name) + " for output, aborting\n"}});
+    }
+  }
   run("-hive sets.hiv -all_controlsets -inc_slack -out new");
   run("-extract sets.hiv -diags diags -profile");
   EXPECT_EQ(before, state_of("sets.hiv"));
