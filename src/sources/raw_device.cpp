@@ -4,12 +4,12 @@
 
 #include <algorithm>
 #include <cstring>
-#include <new>
 #include <utility>
 #include <vector>
 
 #include "base/byte_view.h"
 #include "base/text.h"
+#include "sources/memory_block.h"
 
 namespace ovrik {
 
@@ -81,6 +81,12 @@ uint64_t partition_length(open_device_file& device) {
   return 0;
 }
 
+/// True if a device of any kind can read into the place: some want more than the processor does.
+bool is_aligned(const void* buffer) {
+  constexpr uintptr_t largest_demand = 4096;
+  return reinterpret_cast<uintptr_t>(buffer) % largest_demand == 0;
+}
+
 class device_disk : public RAW_DISK_IO {
  public:
   device_disk(std::unique_ptr<open_device_file> device, const disk_geometry& geometry)
@@ -98,16 +104,16 @@ class device_disk : public RAW_DISK_IO {
     const uint64_t length = sectors * sector;
     if (length > UINT32_MAX) return false;
     auto count = static_cast<uint32_t>(length);
-    if (length == wanted) {
+    if (length == wanted && is_aligned(buffer)) {
       if (!m_device->read(buffer, count, offset)) return false;
       size = std::min(count, wanted);
       return size != 0;
     }
-    const std::unique_ptr<uint8_t[]> block(new (std::nothrow) uint8_t[count]);
-    if (block == nullptr || !m_device->read(block.get(), count, offset - head)) return false;
+    uni::memory_block block;  // of whole pages
+    if (!block.allocate(count) || !m_device->read(block.data(), count, offset - head)) return false;
     if (count <= head) return false;
     size = std::min(count - head, wanted);
-    std::memcpy(buffer, block.get() + head, size);
+    std::memcpy(buffer, block.data() + head, size);
     return true;
   }
 
@@ -127,7 +133,8 @@ std::string device_name(device_kind kind, const std::string& path) {
   if (path.size() <= longest_drive_path && is_letter(path[0])) {
     return std::string("\\\\.\\") + path[0] + ':';
   }
-  return path;
+  // With a separator at its end it would be the root folder of the device.
+  return path.substr(0, path.find_last_not_of('\\') + 1);
 }
 
 }  // namespace

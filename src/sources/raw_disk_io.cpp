@@ -33,10 +33,9 @@ class image_disk : public RAW_DISK_IO {
 
 std::unique_ptr<RAW_DISK_IO> open_image(const std::string& path) {
   auto disk = std::make_unique<image_disk>();
-  const bool opened = disk->open(path);
+  if (!disk->open(path)) return nullptr;
   // A device opens like a file, but has no length as one.
   if (is_device_path(path) && disk->size() == 0) return open_device(device_kind::volume, path);
-  if (!opened) return nullptr;
   return disk;
 }
 

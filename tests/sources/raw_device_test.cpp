@@ -31,6 +31,7 @@ TEST(raw_device, paths_lead_to_devices) {
       {device_kind::device, "D:", {"\\\\.\\D:"}},
       {device_kind::volume, "7:", {"7:"}},
       {device_kind::device, "\\\\?\\GLOBALROOT\\X3", {"\\\\?\\GLOBALROOT\\X3"}},
+      {device_kind::volume, "\\\\?\\Volume{4}\\", {"\\\\?\\Volume{4}"}},
       {device_kind::physical_drive, "", {"\\\\.\\PhysicalDrive0"}},
       {device_kind::physical_drive, "D:", {"\\\\.\\PhysicalDrive0"}},
       {device_kind::volume, "", {}},

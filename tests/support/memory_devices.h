@@ -87,6 +87,7 @@ class memory_devices : public ovrik::device_calls {
     bool read(void* buffer, uint32_t& size, uint64_t offset) override {
       EXPECT_EQ(offset % device.sector, 0U);
       EXPECT_EQ(size % device.sector, 0U);
+      EXPECT_EQ(reinterpret_cast<uintptr_t>(buffer) % 4096, 0U);
       if (device.reads_fail) return false;
       if (!memory_disk(device.content).read(buffer, size, offset)) size = 0;
       return true;
