@@ -40,6 +40,7 @@ bool looks_like_evidence(const std::string& path, const argument_list& args) {
 }  // namespace
 
 bool is_free_of_evidence(const std::string& path, const argument_list& args) {
+  if (lvportdir::is_pipe(path)) return true;
   // Which arguments are sources is known only when all options have been read. Any file that is
   // named is too many.
   const bool named =

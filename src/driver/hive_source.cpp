@@ -2,7 +2,6 @@
 
 #include "base/text.h"
 #include "driver/volume_source.h"
-#include "driver/wow64_redirect_adt.h"
 #include "sources/fileio.h"
 
 namespace ovrik {
@@ -11,7 +10,6 @@ namespace {
 
 /// False also for what is held so that not even its bytes can be had.
 bool opens(const std::string& path) {
-  const wow64_redirect_adt guard;
   uni::fileio file;
   return file.open_read(path);
 }
@@ -24,7 +22,6 @@ bool begins_with_drive(const std::string& path) {
 }  // namespace
 
 std::unique_ptr<reg_hive> open_plain_hive(const std::string& path) {
-  const wow64_redirect_adt guard;
   bool ok = false;
   auto hive = std::make_unique<reg_hive>(path, ok);
   if (!ok) return nullptr;

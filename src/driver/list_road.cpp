@@ -9,7 +9,6 @@
 #include "driver/path_variables.h"
 #include "driver/registry_commands.h"
 #include "driver/stdin_stream.h"
-#include "driver/wow64_redirect_adt.h"
 #include "sources/fileio.h"
 #include "sources/lv_portable_dir.h"
 
@@ -26,7 +25,6 @@ std::unique_ptr<uni::stdin_stream> open_list(const cmdline_options& options) {
 }
 
 bool opens(const std::string& path) {
-  const wow64_redirect_adt guard;
   uni::fileio file;
   return file.open_read(path);
 }

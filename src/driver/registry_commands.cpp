@@ -2,7 +2,6 @@
 
 #include "base/text.h"
 #include "driver/console.h"
-#include "driver/wow64_redirect_adt.h"
 #include "hive/control_sets.h"
 #include "hive/reg_query.h"
 #include "shim/shim_parse.h"
@@ -113,7 +112,6 @@ size_t run_registry_commands(const std::vector<registry_command>& commands, std:
   if (commands.empty()) return 0;
   const bool header_per_section = !has_stream_header(options);
   if (header_per_section) options.emit_row_header = true;
-  const wow64_redirect_adt guard;
   size_t found = 0;
   for (const registry_command& command : commands) {
     if (options.show_progress) {

@@ -1,5 +1,8 @@
 #include "driver/results_file.h"
 
+#include <chrono>
+#include <thread>
+
 #include "driver/console.h"
 #include "sources/lv_portable_dir.h"
 
@@ -25,7 +28,13 @@ results_stream::results_stream() {
 bool results_stream::open(const std::string& path) {
   m_stream.reset();
   m_name = path;
-  const bool opened = m_file.open_write(path);
+  // The trial has removed the file, whose name stays taken while a scanner looks at it.
+  constexpr std::chrono::milliseconds pause(50);
+  bool opened = m_file.open_write(path);
+  for (int left = 10; left > 0 && !opened; --left) {
+    std::this_thread::sleep_for(pause);
+    opened = m_file.open_write(path);
+  }
   m_stream = std::make_unique<uni::fileio_output>(m_file);
   return opened;
 }

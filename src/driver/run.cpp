@@ -11,7 +11,6 @@
 #include "driver/results_file.h"
 #include "driver/tool_options.h"
 #include "driver/vmdk_road.h"
-#include "driver/wow64_redirect_adt.h"
 #include "output/utf8_locale.h"
 
 namespace ovrik {
@@ -47,10 +46,7 @@ int32_t run(argument_list args) {
   cmdline_ctx context;
   const uni::utf8_locale console_text;
   std::string header_text;
-  {
-    const wow64_redirect_adt guard;
-    if (prepare_command_line(args, header_text)) return 0;
-  }
+  if (prepare_command_line(args, header_text)) return 0;
 
   cmdline_options options;
   results_stream standard_output;

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdio>
+#include <string_view>
 
 #include "driver/host_console.h"
 
@@ -14,6 +15,9 @@ bool stdin_stream::next_line(std::string& line) {
   line.clear();
   if (std::fgets(buffer.data(), static_cast<int>(buffer.size()), stdin) == nullptr) return false;
   line = buffer.data();
+  constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
+  if (m_at_start && line.starts_with(byte_order_mark)) line.erase(0, byte_order_mark.size());
+  m_at_start = false;
   while (line.ends_with('\n') || line.ends_with('\r')) line.pop_back();
   return true;
 }

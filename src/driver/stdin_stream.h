@@ -14,8 +14,12 @@ class stdin_stream {
   stdin_stream& operator=(const stdin_stream&) = delete;
 
   /// Reads the next line without the CR and LF at its end. One of more than 4095 bytes arrives in
-  /// pieces of that length. False, with `line` empty: there is no more.
+  /// pieces of that length; a byte order mark in front of the first one is left out. False, with
+  /// `line` empty: there is no more.
   virtual bool next_line(std::string& line);
+
+ private:
+  bool m_at_start = true;
 };
 
 }  // namespace uni

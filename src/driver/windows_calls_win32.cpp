@@ -79,15 +79,16 @@ bool read_name(BOOL(WINAPI* call)(wchar_t* buffer, DWORD* size), DWORD size, std
 /// system's own folder: whatever lies beside the program stays out.
 class system_library {
  public:
-  explicit system_library(const wchar_t* name)
-      : m_module(LoadLibraryW((library_folder() + L'\\' + name).c_str())) {}
+  explicit system_library(const std::wstring& name)
+      : m_module(name.empty() ? nullptr : LoadLibraryW((library_folder() + L'\\' + name).c_str())) {
+  }
   ~system_library() {
     if (m_module != nullptr) FreeLibrary(m_module);
   }
   system_library(const system_library&) = delete;
   system_library& operator=(const system_library&) = delete;
 
-  /// Null if the library could not be loaded.
+  /// Null if the library could not be loaded or has no name.
   HMODULE module() const { return m_module; }
 
  private:
@@ -164,7 +165,11 @@ class calls_of_windows : public windows_calls {
     return read_name(GetComputerNameW, 4096, name);
   }
 
-  bool user_name(std::string& name) const override { return read_name(GetUserNameW, 512, name); }
+  bool user_name(std::string& name) const override {
+    // The call loads this library, which a 32-bit program does not find then.
+    const system_library asked(sizeof(void*) == 4 ? L"sspicli.dll" : L"");
+    return read_name(GetUserNameW, 512, name);
+  }
 
   bool program_path(std::string& path) const override {
     std::wstring buffer(32768, L'\0');

@@ -1,5 +1,6 @@
+#include "driver/wow64_redirect_adt_win32.h"
+
 #include "base/windows_api_win32.h"
-#include "driver/wow64_redirect_adt.h"
 
 namespace ovrik {
 

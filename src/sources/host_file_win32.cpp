@@ -3,6 +3,7 @@
 #include "sources/handle_win32.h"
 #include "sources/host_file.h"
 #include "sources/host_path.h"
+#include "sources/lv_portable_dir.h"
 
 namespace uni {
 
@@ -68,6 +69,9 @@ struct use_flags {
   DWORD disposition;
 };
 
+// A pipe waits for its writer as it was made, perhaps for nothing but writing.
+constexpr use_flags flags_of_pipe = {GENERIC_WRITE, 0, OPEN_EXISTING};
+
 // What `file_use` asks for, in its order. Nobody is kept from what he does with evidence, which may
 // be in use.
 constexpr use_flags flags_of_use[] = {
@@ -81,9 +85,11 @@ constexpr use_flags flags_of_use[] = {
 
 host_file open_host_file(const std::string& path, file_use use) {
   const std::string name = ovrik::without_trailing_separators(path);
-  if (name.empty() || (use != file_use::read && is_disk(name))) return no_host_file;
-  if (use == file_use::replace || use == file_use::append) clear_read_only(name);
-  const use_flags& flags = flags_of_use[static_cast<size_t>(use)];
+  if (name.empty()) return no_host_file;
+  const bool to_pipe = use != file_use::read && lvportdir::is_pipe(name);
+  if (use != file_use::read && !to_pipe && is_disk(name)) return no_host_file;
+  if (!to_pipe && (use == file_use::replace || use == file_use::append)) clear_read_only(name);
+  const use_flags& flags = to_pipe ? flags_of_pipe : flags_of_use[static_cast<size_t>(use)];
   HANDLE file = ovrik::open_handle(name, flags.access, flags.sharing, flags.disposition,
                                    FILE_ATTRIBUTE_NORMAL);
   // Evidence is a plain file or a whole disk.

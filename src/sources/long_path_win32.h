@@ -25,7 +25,23 @@ auto with_long_path(const std::wstring& path, system_call call, failure_test fai
   return result;
 }
 
-/// `CreateFileW` with the long form as a fallback, sharing as asked for.
+/// True if the path's last name ends in full stops or blanks, which Windows cuts off unless the
+/// path has the long form.
+bool loses_its_end(const std::wstring& path);
+
+/// As `with_long_path`, for something that exists: it is the one whose name is not cut, if there
+/// is one.
+template <typename system_call, typename failure_test>
+auto with_exact_path(const std::wstring& path, system_call call, failure_test failed) {
+  if (loses_its_end(path)) {
+    auto result = call(long_form(path).c_str());
+    if (!failed(result)) return result;
+  }
+  return with_long_path(path, call, failed);
+}
+
+/// `CreateFileW` with the long form as a fallback, sharing as asked for. What exists is opened
+/// under its exact name, unless it is to be written to.
 HANDLE open_handle(const std::string& path, DWORD access, DWORD sharing, DWORD disposition,
                    DWORD flags);
 

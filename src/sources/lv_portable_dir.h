@@ -42,8 +42,8 @@ bool is_folder_link(const std::string& folder, link_target& target, bool& closes
 /// to a stream of it, which need not exist.
 bool same_file(const std::string& left, const std::string& right);
 
-/// True if `path` leads to a named pipe, which must not be opened only to try it: its reader would
-/// see an end.
+/// True if `path` leads to a named pipe, which must not be opened only to look at it: its reader
+/// would see an end.
 bool is_pipe(const std::string& path);
 
 /// Makes the folder at `path` (UTF-8) and those above it that are missing. False: it is no folder

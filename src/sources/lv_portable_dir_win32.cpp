@@ -28,8 +28,7 @@ HANDLE open_for_facts(const std::string& path) {
   return ovrik::open_handle(path, 0, share_all, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS);
 }
 
-bool identify(const std::string& path, link_target& target) {
-  const file_handle file(open_for_facts(path));
+bool identify(const file_handle& file, link_target& target) {
   BY_HANDLE_FILE_INFORMATION facts{};
   if (!file.is_open() || GetFileInformationByHandle(file.get(), &facts) == 0) return false;
   target.device = facts.dwVolumeSerialNumber;
@@ -37,17 +36,20 @@ bool identify(const std::string& path, link_target& target) {
   return true;
 }
 
-bool identify_file(const std::string& path, link_target& target) {
-  return identify(ovrik::without_stream_name(ovrik::without_trailing_separators(path)), target);
+/// The file itself, whatever stream of it the path names.
+HANDLE open_file_for_facts(const std::string& path) {
+  return open_for_facts(ovrik::without_stream_name(ovrik::without_trailing_separators(path)));
 }
 
-/// The path without links in it, with a separator at its end; empty if it does not exist.
+/// The path from its volume on, without links in it and with a separator at its end; empty if it
+/// does not exist.
 std::wstring real_folder(const std::string& path) {
   const file_handle folder(open_for_facts(path));
   if (!folder.is_open()) return {};
-  const DWORD size = GetFinalPathNameByHandleW(folder.get(), nullptr, 0, VOLUME_NAME_DOS);
+  constexpr DWORD form = VOLUME_NAME_NT;  // of volumes without a letter too
+  const DWORD size = GetFinalPathNameByHandleW(folder.get(), nullptr, 0, form);
   std::wstring real(size, L'\0');
-  const DWORD length = GetFinalPathNameByHandleW(folder.get(), real.data(), size, VOLUME_NAME_DOS);
+  const DWORD length = GetFinalPathNameByHandleW(folder.get(), real.data(), size, form);
   if (length == 0 || length >= size) return {};
   real.resize(length);
   if (!real.ends_with(L'\\')) real += L'\\';
@@ -94,7 +96,13 @@ void list_directory(std::vector<directory_entry>& entries, const std::string& fo
 
 bool file_status(const std::string& path, file_times& times) {
   WIN32_FILE_ATTRIBUTE_DATA found{};
-  if (!ovrik::file_attributes(ovrik::without_trailing_separators(path), found)) return false;
+  const auto is_told = [&found](const wchar_t* name) {
+    return GetFileAttributesExW(name, GetFileExInfoStandard, &found) != 0;
+  };
+  if (!ovrik::with_exact_path(to_wide(ovrik::without_trailing_separators(path)), is_told,
+                              [](bool told) { return !told; })) {
+    return false;
+  }
   times.written = ticks_of(found.ftLastWriteTime);
   times.created = ticks_of(found.ftCreationTime);
   return true;
@@ -103,25 +111,33 @@ bool file_status(const std::string& path, file_times& times) {
 bool is_folder_link(const std::string& folder, link_target& target, bool& closes_cycle) {
   WIN32_FILE_ATTRIBUTE_DATA found{};
   if (!ovrik::file_attributes(folder, found) || !is_folder(found.dwFileAttributes) ||
-      (found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0 || !identify(folder, target)) {
+      (found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0 ||
+      !identify(file_handle(open_for_facts(folder)), target)) {
     return false;
   }
-  const std::string parent = folder.substr(0, folder.find_last_of("\\/") + 1) + ".";
+  const size_t separator = folder.find_last_of("\\/");
+  const std::string parent = separator == folder.npos ? "." : folder.substr(0, separator + 1);
   const std::wstring real = real_folder(folder);
   closes_cycle = !real.empty() && real_folder(parent).starts_with(real);
   return true;
 }
 
 bool same_file(const std::string& left, const std::string& right) {
-  link_target left_file;
-  link_target right_file;
-  return identify_file(left, left_file) && identify_file(right, right_file) &&
-         left_file == right_file;
+  // A file keeps its number for as long as it is open.
+  const file_handle left_file(open_file_for_facts(left));
+  const file_handle right_file(open_file_for_facts(right));
+  link_target left_facts;
+  link_target right_facts;
+  return identify(left_file, left_facts) && identify(right_file, right_facts) &&
+         left_facts == right_facts;
 }
 
 bool is_pipe(const std::string& path) {
   const std::string name = ovrik::lower_ascii(ovrik::with_host_separators(path));
-  return name.starts_with("\\\\.\\pipe\\") || name.starts_with("\\\\?\\pipe\\");
+  // Of this computer, "." or "?", or of another one.
+  const size_t share = name.find('\\', 2);
+  return name.starts_with("\\\\") && share != name.npos &&
+         name.substr(share).starts_with("\\pipe\\");
 }
 
 bool make_folders(const std::string& path) {

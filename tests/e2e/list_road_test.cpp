@@ -33,7 +33,7 @@ TEST_F(list_road, takes_every_name_that_a_file_can_have) {
   }
   list += std::string(4095, '/').replace(0, 1, ".") + "y\n%LOOP%\n%NOT_SET%/y\n%HERE%%SLASH%y";
   const run_result result =
-      run("-pipe", {.input = list, .environment = "HERE=. SLASH=/ LOOP=%LOOP%"});
+      run("-pipe", {.input = "\xEF\xBB\xBF" + list, .environment = "HERE=. SLASH=/ LOOP=%LOOP%"});
   EXPECT_EQ(result.exit_status, 0);
   hives.insert(hives.end(), {"y", "./y"});
   EXPECT_EQ(behind(hive_label, result.out), hives);

@@ -40,14 +40,56 @@ TEST_F(windows_program, an_event_is_raised_at_the_end_of_the_run) {
 }
 
 TEST_F(windows_program, a_console_gets_characters_whole_and_is_put_back_as_it_was) {
-  shown(start_of_program("watch_console.exe") + " report " + program_path() + " -pipe");
-  EXPECT_EQ(text("report"),
-            "before: code page 437, mode 3\n"
-            "within: code page 65001, mode 7\n"
-            "after: code page 437, mode 3\n");
+  hive_builder builder = system_hive_with(xp_cache());
+  bytes broken = builder.bytes();
+  put_u32(broken, builder.key_at("ControlSet001") + 0x30, 0);  // no security
+  put_file("broken", broken);
+  for (const std::string line : {"none", "broken"}) {
+    SCOPED_TRACE(line);
+    shown(start_of_program("watch_console.exe") + " report " + line + " " + program_path() +
+          " -pipe");
+    EXPECT_EQ(text("report"),
+              "before: code page 437, mode 3\n"
+              "within: code page 65001, mode 7\n"
+              "after: code page 437, mode 3\n");
+  }
   const std::string said = shown(start_of_program() + " -dateformat Жü名 -x -hive Жx");
   for (const char* part : {"invalid Жü名, using default format", "Problem opening Жx"}) {
     EXPECT_NE(said.find(part), std::string::npos) << part << " in " << said;
+  }
+}
+
+TEST_F(windows_program, results_need_no_standard_output_and_go_through_pipes) {
+  const std::string wanted_body = body("-hive sets.hiv"), pipe = "\\\\.\\pipe\\ovrik";
+  const words run_of_hive = {program_path(), "-quiet", "-hive", "sets.hiv"};
+  const auto apart = [&](const std::string& name, const words& last) {
+    words arguments = {name};
+    arguments.insert(arguments.end(), run_of_hive.begin(), run_of_hive.end());
+    arguments.insert(arguments.end(), last.begin(), last.end());
+    return run_helper("run_apart.exe", arguments);
+  };
+  EXPECT_EQ(apart("detached", {"-out", "rows"}).exit_status, 0);
+  EXPECT_EQ(body_of(text("rows")), wanted_body);
+  EXPECT_EQ(apart("detached", {}).exit_status, failure);
+  const run_result sent = apart(pipe, {"-out", pipe});
+  EXPECT_EQ(sent.exit_status, 0);
+  EXPECT_EQ(body_of(sent.out), wanted_body);
+  EXPECT_NE(apart(pipe, {"-diags", pipe}).out.find("->" + program_path()), std::string::npos);
+}
+
+TEST_F(windows_program, names_are_taken_exactly_and_links_followed_once) {
+  fs::create_directory(folder.path("tree"));
+  fs::copy(folder.path("sets.hiv"), folder.path("tree/name."));
+  fs::copy(folder.path("sets.hiv"), folder.path("tree/name "));
+  put_file("tree/name", bytes(100));
+  fs::create_symlink(folder.path("tree"), folder.path("tree/up"));
+  const std::string there = "Z:" + host_path(folder.path("tree"));
+  for (const std::string& root : {there, "\\\\?\\" + there, std::string("tree")}) {
+    SCOPED_TRACE(root);
+    words found = behind("Hive Location: ", run({"-enumdir", root, "-num_subdirs", "3"}).out);
+    std::sort(found.begin(), found.end());
+    const std::string shown = root == "tree" ? root : there;
+    EXPECT_EQ(found, (words{shown + "\\name ", shown + "\\name."}));
   }
 }
 
@@ -59,6 +101,7 @@ TEST_F(windows_program, a_volume_is_read_through_its_device) {
   fs::create_symlink(folder.path("volume"), link);
   // Beside the image road, which finds a length, the reader of devices, which has to ask.
   EXPECT_EQ(run_helper("ask_windows.exe", {"device", "\\\\.\\O:"}).out, "8388608 NTFS    ");
+  EXPECT_EQ(run_helper("ask_windows.exe", {"device", "\\\\.\\O:\\"}).out, "8388608 NTFS    ");
   EXPECT_EQ(run_helper("ask_windows.exe", {"device", "O:"}).out, "does not open");
   EXPECT_EQ(rows({"-image", "\\\\.\\O:"}), wanted);
   fs::remove(link);

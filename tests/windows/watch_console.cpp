@@ -1,6 +1,6 @@
-// watch_console REPORT PROGRAM ARGUMENT...: runs the program in the console of this one and writes
-// to the file REPORT that console's output code page and mode from before, within and after the
-// run. The program must wait for its standard input.
+// watch_console REPORT INPUT PROGRAM ARGUMENT...: runs the program in the console of this one and
+// writes to the file REPORT that console's output code page and mode from before, within and after
+// the run. The program must wait for its standard input, which is the line INPUT.
 #include <fcntl.h>
 #include <io.h>
 #include <process.h>
@@ -19,7 +19,7 @@ void tell(std::FILE* report, const char* when) {
 }  // namespace
 
 int wmain(int argc, wchar_t** argv) {
-  std::FILE* report = argc < 3 ? nullptr : _wfopen(argv[1], L"wb");
+  std::FILE* report = argc < 4 ? nullptr : _wfopen(argv[1], L"wb");
   int input[2];
   if (report == nullptr || _pipe(input, 16, _O_BINARY | _O_NOINHERIT) != 0) return 1;
   _dup2(input[0], _fileno(stdin));
@@ -27,10 +27,12 @@ int wmain(int argc, wchar_t** argv) {
   SetConsoleMode(GetStdHandle(STD_ERROR_HANDLE), 3);
   tell(report, "before");
 
-  const intptr_t program = _wspawnv(_P_NOWAIT, argv[2], argv + 2);
+  const intptr_t program = _wspawnv(_P_NOWAIT, argv[3], argv + 3);
   for (int i = 0; i < 1000 && GetConsoleOutputCP() == 437; ++i) Sleep(10);
   tell(report, "within");
-  _close(input[1]);
+  std::FILE* writer = _fdopen(input[1], "wb");
+  std::fprintf(writer, "%ls\n", argv[2]);
+  std::fclose(writer);
   _cwait(nullptr, program, 0);
   tell(report, "after");
   std::fclose(report);

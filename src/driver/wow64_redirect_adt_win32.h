@@ -4,7 +4,7 @@
 namespace ovrik {
 
 /// Turns the redirection off for the calling thread for as long as it lives, so that paths mean
-/// what they say. Does nothing on a host without redirection.
+/// what they say. Does nothing on a Windows without redirection.
 class wow64_redirect_adt {
  public:
   wow64_redirect_adt();
@@ -13,8 +13,8 @@ class wow64_redirect_adt {
   wow64_redirect_adt& operator=(const wow64_redirect_adt&) = delete;
 
  private:
-  [[maybe_unused]] void* m_state = nullptr;  ///< what the redirection was, as the host keeps it
-  [[maybe_unused]] bool m_disabled = false;
+  void* m_state = nullptr;  ///< what the redirection was, as the system keeps it
+  bool m_disabled = false;
 };
 
 }  // namespace ovrik
