@@ -43,10 +43,11 @@ bool is_free_of_evidence(const std::string& path, const argument_list& args) {
   if (lvportdir::is_pipe(path)) return true;
   // Which arguments are sources is known only when all options have been read. Any file that is
   // named is too many.
+  const std::string file = as_written(without_trailing_separators(path));
   const bool named =
       std::any_of(args.begin() + 1, args.end(),
-                  [&path](const std::string& argument) { return names_file(argument, path); });
-  if (!named && !looks_like_evidence(path, args)) return true;
+                  [&file](const std::string& argument) { return names_file(argument, file); });
+  if (!named && !looks_like_evidence(file, args)) return true;
   print_message("prob opening file %s for output, aborting\n", path.c_str());
   return false;
 }

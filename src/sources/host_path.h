@@ -17,6 +17,10 @@ std::string without_trailing_separators(std::string_view path);
 /// in front of it; all of it on a host whose files have none.
 std::string without_stream_name(std::string_view path);
 
+/// `path` without the full stops and blanks at its end that Windows cuts off when it makes a file;
+/// all of it on a host that takes every name.
+std::string as_written(std::string_view path);
+
 /// What follows the last separator of `path`, all of it if there is none.
 std::string last_component(std::string_view path);
 

@@ -16,6 +16,8 @@ std::string without_trailing_separators(std::string_view path) {
 
 std::string without_stream_name(std::string_view path) { return std::string(path); }
 
+std::string as_written(std::string_view path) { return std::string(path); }
+
 std::string last_component(std::string_view path) {
   return std::string(path.substr(path.rfind('/') + 1));
 }

@@ -21,6 +21,14 @@ std::string without_stream_name(std::string_view path) {
   return std::string(path.substr(0, colon + 1 < path.size() ? colon : path.size()));
 }
 
+std::string as_written(std::string_view path) {
+  const size_t separator = path.find_last_of("\\/");
+  const size_t last = path.find_last_not_of(". ");
+  const bool has_name = last != path.npos && (separator == path.npos || last > separator);
+  const bool is_cut = has_name && !path.starts_with("\\\\?\\");
+  return std::string(is_cut ? path.substr(0, last + 1) : path);
+}
+
 std::string last_component(std::string_view path) {
   size_t separator = path.rfind('\\');
   if (separator == std::string_view::npos) separator = path.rfind('/');

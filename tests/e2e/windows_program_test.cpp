@@ -91,6 +91,12 @@ TEST_F(windows_program, names_are_taken_exactly_and_links_followed_once) {
     const std::string shown = root == "tree" ? root : there;
     EXPECT_EQ(found, (words{shown + "\\name ", shown + "\\name."}));
   }
+  // What is written to is the file without the full stop, whether or not there is one with it.
+  put_file("sets.hiv.", {});
+  for (const std::string out : {"sets.hiv.", ".\\sets.hiv. . "}) {
+    expect({{{"-hive", "sets.hiv", "-out", out},
+             "prob opening file " + out + " for output, aborting\n"}});
+  }
 }
 
 TEST_F(windows_program, a_volume_is_read_through_its_device) {
