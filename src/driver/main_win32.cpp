@@ -4,8 +4,8 @@
 #include <cstdio>
 
 #include "base/windows_api_win32.h"
-#include "driver/broken_off_run_win32.h"
 #include "driver/run.h"
+#include "driver/run_console_win32.h"
 #include "driver/wow64_redirect_adt_win32.h"
 
 // The runtime hands the arguments on as they are, and does not fill in file names for a star.
@@ -35,7 +35,7 @@ extern "C" int wmain(int argc, wchar_t** argv) {
   _setmode(_fileno(stderr), _O_BINARY);
   SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX | SEM_NOOPENFILEERRORBOX);
   occupy_standard_streams();
-  ovrik::restore_console_of_broken_off_run();
+  ovrik::take_console();
   // Evidence and results are the files that their paths name, in every part of the run: what one
   // part takes for a free name, another one must not find to be evidence.
   const ovrik::wow64_redirect_adt guard;

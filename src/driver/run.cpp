@@ -11,7 +11,6 @@
 #include "driver/results_file.h"
 #include "driver/tool_options.h"
 #include "driver/vmdk_road.h"
-#include "output/utf8_locale.h"
 
 namespace ovrik {
 
@@ -44,7 +43,6 @@ int32_t take_road(cmdline_options& options, std::ostream& out, std::ostream& sta
 
 int32_t run(argument_list args) {
   cmdline_ctx context;
-  const uni::utf8_locale console_text;
   std::string header_text;
   if (prepare_command_line(args, header_text)) return 0;
 

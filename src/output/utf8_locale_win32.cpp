@@ -1,5 +1,6 @@
+#include "output/utf8_locale_win32.h"
+
 #include "base/windows_api_win32.h"
-#include "output/utf8_locale.h"
 
 namespace uni {
 

@@ -30,6 +30,14 @@ std::wstring full_path_with_end(const std::wstring& path) {
   return folder + path.substr(name);
 }
 
+auto ask_attributes(WIN32_FILE_ATTRIBUTE_DATA& found) {
+  return [&found](const wchar_t* name) {
+    return GetFileAttributesExW(name, GetFileExInfoStandard, &found) != 0;
+  };
+}
+
+bool is_refused(bool done) { return !done; }
+
 }  // namespace
 
 bool loses_its_end(const std::wstring& path) {
@@ -65,12 +73,11 @@ HANDLE open_handle(const std::string& path, DWORD access, DWORD sharing, DWORD d
 }
 
 bool file_attributes(const std::string& path, WIN32_FILE_ATTRIBUTE_DATA& found) {
-  return with_long_path(
-      to_wide(path),
-      [&found](const wchar_t* name) {
-        return GetFileAttributesExW(name, GetFileExInfoStandard, &found) != 0;
-      },
-      [](bool done) { return !done; });
+  return with_long_path(to_wide(path), ask_attributes(found), is_refused);
+}
+
+bool exact_file_attributes(const std::string& path, WIN32_FILE_ATTRIBUTE_DATA& found) {
+  return with_exact_path(to_wide(path), ask_attributes(found), is_refused);
 }
 
 }  // namespace ovrik

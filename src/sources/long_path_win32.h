@@ -45,7 +45,11 @@ auto with_exact_path(const std::wstring& path, system_call call, failure_test fa
 HANDLE open_handle(const std::string& path, DWORD access, DWORD sharing, DWORD disposition,
                    DWORD flags);
 
-/// `GetFileAttributesExW` with the long form as a fallback. False: nothing is there.
+/// `GetFileAttributesExW` with the long form as a fallback, of what would be written to under the
+/// path. False: nothing is there.
 bool file_attributes(const std::string& path, WIN32_FILE_ATTRIBUTE_DATA& found);
+
+/// The same of what would be read.
+bool exact_file_attributes(const std::string& path, WIN32_FILE_ATTRIBUTE_DATA& found);
 
 }  // namespace ovrik

@@ -96,13 +96,7 @@ void list_directory(std::vector<directory_entry>& entries, const std::string& fo
 
 bool file_status(const std::string& path, file_times& times) {
   WIN32_FILE_ATTRIBUTE_DATA found{};
-  const auto is_told = [&found](const wchar_t* name) {
-    return GetFileAttributesExW(name, GetFileExInfoStandard, &found) != 0;
-  };
-  if (!ovrik::with_exact_path(to_wide(ovrik::without_trailing_separators(path)), is_told,
-                              [](bool told) { return !told; })) {
-    return false;
-  }
+  if (!ovrik::exact_file_attributes(ovrik::without_trailing_separators(path), found)) return false;
   times.written = ticks_of(found.ftLastWriteTime);
   times.created = ticks_of(found.ftCreationTime);
   return true;
@@ -110,7 +104,7 @@ bool file_status(const std::string& path, file_times& times) {
 
 bool is_folder_link(const std::string& folder, link_target& target, bool& closes_cycle) {
   WIN32_FILE_ATTRIBUTE_DATA found{};
-  if (!ovrik::file_attributes(folder, found) || !is_folder(found.dwFileAttributes) ||
+  if (!ovrik::exact_file_attributes(folder, found) || !is_folder(found.dwFileAttributes) ||
       (found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0 ||
       !identify(file_handle(open_for_facts(folder)), target)) {
     return false;

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <memory>
 #include <utility>
 #include <vector>
 
@@ -82,9 +83,10 @@ uint64_t partition_length(open_device_file& device) {
 }
 
 /// True if a device of any kind can read into the place: some want more than the processor does.
-bool is_aligned(const void* buffer) {
-  constexpr uintptr_t largest_demand = 4096;
-  return reinterpret_cast<uintptr_t>(buffer) % largest_demand == 0;
+bool is_aligned(void* buffer) {
+  constexpr size_t largest_demand = 4096;
+  size_t room = 1;
+  return std::align(largest_demand, 1, buffer, room) != nullptr;
 }
 
 class device_disk : public RAW_DISK_IO {

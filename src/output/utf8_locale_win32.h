@@ -5,8 +5,8 @@
 
 namespace uni {
 
-/// Sets the console's output to UTF-8 for as long as it lives and puts back what it found. On a
-/// host whose terminals take UTF-8 as it is, it does nothing.
+/// Sets the console's output to UTF-8 for as long as it lives and puts back what it found. Does
+/// nothing without a console.
 class utf8_locale {
  public:
   utf8_locale();
@@ -16,8 +16,8 @@ class utf8_locale {
 
  private:
   // What was found; 0 without a console.
-  [[maybe_unused]] uint32_t m_output_code_page = 0;
-  [[maybe_unused]] uint32_t m_input_code_page = 0;
+  uint32_t m_output_code_page = 0;
+  uint32_t m_input_code_page = 0;
 };
 
 }  // namespace uni
