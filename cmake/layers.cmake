@@ -1,5 +1,5 @@
-# One library per layer. A layer links only the layers below it, so a call that points up fails
-# to link even where its include went unnoticed.
+# One library per room (a folder under src/). A room links only the rooms below it, so a call that
+# points up fails to link even where its include went unnoticed.
 
 # Puts the sources that match the patterns into `result`, without those of the other platform.
 function(ovrik_glob result)
@@ -14,12 +14,12 @@ function(ovrik_glob result)
   set(${result} ${found} PARENT_SCOPE)
 endfunction()
 
-# ovrik_add_layers(lowest ... highest)
-function(ovrik_add_layers)
+# ovrik_add_rooms(lowest ... highest)
+function(ovrik_add_rooms)
   set(below ovrik_options)
-  foreach(layer IN LISTS ARGN)
-    set(library ovrik_${layer})
-    ovrik_glob(sources src/${layer}/*.cpp)
+  foreach(room IN LISTS ARGN)
+    string(REPLACE "/" "_" library "ovrik_${room}")
+    ovrik_glob(sources src/${room}/*.cpp)
     list(FILTER sources EXCLUDE REGEX "/main_[a-z0-9]+\\.cpp$")
     if(sources)
       add_library(${library} STATIC ${sources})

@@ -11,7 +11,7 @@ function(ovrik_add_test_program name)
     TEST_FILTER -windows_program.*)
 endfunction()
 
-ovrik_glob(unit_sources tests/*/*_test.cpp)
+ovrik_glob(unit_sources tests/*/*_test.cpp tests/*/*/*_test.cpp)
 list(FILTER unit_sources EXCLUDE REGEX "/tests/e2e/[^/]*$")
 ovrik_add_test_program(ovrik_tests ${unit_sources})
 

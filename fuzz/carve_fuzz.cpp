@@ -5,9 +5,9 @@
 #include <sstream>
 #include <string>
 
-#include "hive/chunk_reassembly.h"
-#include "hive/chunk_scanner.h"
-#include "hive/chunk_stats.h"
+#include "hive/carving/chunk_reassembly.h"
+#include "hive/carving/chunk_scanner.h"
+#include "hive/carving/chunk_stats.h"
 #include "memory_file.h"
 
 namespace {

@@ -5,7 +5,7 @@
 #include <set>
 
 #include "../tests/support/memory_disk.h"
-#include "sources/ntfs_directory.h"
+#include "sources/ntfs/ntfs_directory.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <vector>
 
-#include "sources/lznt1.h"
+#include "sources/ntfs/lznt1.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (size > 0x10000) return 0;

@@ -2,8 +2,8 @@
 // hive is asked for.
 
 #include "../tests/support/memory_disk.h"
-#include "sources/ntfs_file.h"
-#include "sources/ntfs_path.h"
+#include "sources/ntfs/ntfs_file.h"
+#include "sources/ntfs/ntfs_path.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (size > 0x40000) return 0;

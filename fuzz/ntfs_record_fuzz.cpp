@@ -5,8 +5,8 @@
 #include <set>
 
 #include "../tests/support/memory_disk.h"
-#include "sources/ntfs_directory.h"
-#include "sources/ntfs_file.h"
+#include "sources/ntfs/ntfs_directory.h"
+#include "sources/ntfs/ntfs_file.h"
 
 namespace {
 

@@ -3,8 +3,8 @@
 #include <sstream>
 
 #include "../tests/support/memory_disk.h"
-#include "sources/ntfs_offset.h"
-#include "sources/partitions.h"
+#include "sources/disk/ntfs_offset.h"
+#include "sources/disk/partitions.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (size > 0x20000) return 0;

@@ -2,7 +2,7 @@
 
 #include <cstdlib>
 
-#include "sources/ntfs_runs.h"
+#include "sources/ntfs/ntfs_runs.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (size > 0x10000) return 0;

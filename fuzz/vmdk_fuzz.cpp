@@ -7,8 +7,8 @@
 #include <string>
 
 #include "memory_file.h"
-#include "sources/vmdk_chain_check.h"
-#include "sources/vmdk_collection.h"
+#include "sources/disk/vmdk_chain_check.h"
+#include "sources/disk/vmdk_collection.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (size > 0x40000) return 0;

@@ -3,16 +3,16 @@
 #include <sstream>
 #include <vector>
 
-#include "driver/console.h"
-#include "driver/date_window.h"
-#include "driver/file_filter.h"
-#include "driver/path_variables.h"
+#include "driver/host/console.h"
+#include "driver/options/date_window.h"
+#include "driver/options/file_filter.h"
+#include "driver/options/path_variables.h"
 #include "driver/stdin_stream.h"
 #include "shim/shim_parse.h"
 #include "shim/shim_rows.h"
-#include "sources/fileio.h"
-#include "sources/host_path.h"
-#include "sources/lv_portable_dir.h"
+#include "sources/host/fileio.h"
+#include "sources/host/host_path.h"
+#include "sources/host/lv_portable_dir.h"
 
 namespace ovrik {
 

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <ostream>
 
-#include "driver/cmd_params.h"
+#include "driver/options/cmd_params.h"
 
 namespace ovrik {
 

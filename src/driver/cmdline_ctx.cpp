@@ -2,9 +2,9 @@
 
 #include <sstream>
 
-#include "driver/console.h"
-#include "driver/host_console.h"
-#include "sources/fileio.h"
+#include "driver/host/console.h"
+#include "driver/host/host_console.h"
+#include "sources/host/fileio.h"
 
 namespace ovrik {
 

@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "driver/file_filter.h"
+#include "driver/options/file_filter.h"
 #include "driver/stdin_stream.h"
-#include "sources/lv_portable_dir.h"
+#include "sources/host/lv_portable_dir.h"
 
 namespace lvportdir {
 

@@ -3,8 +3,8 @@
 #include <memory>
 #include <vector>
 
-#include "driver/console.h"
 #include "driver/hive_source.h"
+#include "driver/host/console.h"
 #include "driver/registry_commands.h"
 #include "driver/volume_source.h"
 

@@ -2,7 +2,7 @@
 
 #include "base/text.h"
 #include "driver/volume_source.h"
-#include "sources/fileio.h"
+#include "sources/host/fileio.h"
 
 namespace ovrik {
 

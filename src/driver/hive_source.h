@@ -6,7 +6,7 @@
 
 #include "base/diagnostics_log.h"
 #include "hive/reg_clas.h"
-#include "sources/device_calls.h"
+#include "sources/host/device_calls.h"
 
 namespace ovrik {
 

@@ -3,14 +3,14 @@
 #include <cstdio>
 #include <memory>
 
-#include "driver/console.h"
 #include "driver/directory_walk.h"
 #include "driver/hive_source.h"
-#include "driver/path_variables.h"
+#include "driver/host/console.h"
+#include "driver/options/path_variables.h"
 #include "driver/registry_commands.h"
 #include "driver/stdin_stream.h"
-#include "sources/fileio.h"
-#include "sources/lv_portable_dir.h"
+#include "sources/host/fileio.h"
+#include "sources/host/lv_portable_dir.h"
 
 namespace ovrik {
 

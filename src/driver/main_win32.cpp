@@ -4,9 +4,9 @@
 #include <cstdio>
 
 #include "base/windows_api_win32.h"
+#include "driver/host/run_console_win32.h"
+#include "driver/host/wow64_redirect_adt_win32.h"
 #include "driver/run.h"
-#include "driver/run_console_win32.h"
-#include "driver/wow64_redirect_adt_win32.h"
 
 // The runtime hands the arguments on as they are, and does not fill in file names for a star.
 extern "C" {

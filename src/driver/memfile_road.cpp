@@ -3,14 +3,14 @@
 #include <cinttypes>
 #include <string>
 
-#include "driver/console.h"
-#include "driver/host_console.h"
-#include "hive/chunk_reassembly.h"
-#include "hive/chunk_scanner.h"
-#include "hive/chunk_stats.h"
+#include "driver/host/console.h"
+#include "driver/host/host_console.h"
+#include "hive/carving/chunk_reassembly.h"
+#include "hive/carving/chunk_scanner.h"
+#include "hive/carving/chunk_stats.h"
 #include "output/streams.h"
-#include "sources/host_path.h"
-#include "sources/lv_portable_dir.h"
+#include "sources/host/host_path.h"
+#include "sources/host/lv_portable_dir.h"
 
 namespace ovrik {
 

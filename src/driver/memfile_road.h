@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "driver/cmd_params.h"
+#include "driver/options/cmd_params.h"
 
 namespace ovrik {
 

@@ -1,12 +1,12 @@
 #include "driver/registry_commands.h"
 
 #include "base/text.h"
-#include "driver/console.h"
+#include "driver/host/console.h"
 #include "hive/control_sets.h"
 #include "hive/reg_query.h"
 #include "shim/shim_parse.h"
 #include "shim/shim_rows.h"
-#include "sources/fileio.h"
+#include "sources/host/fileio.h"
 
 namespace ovrik {
 

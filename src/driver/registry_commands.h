@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "driver/cmd_params.h"
+#include "driver/options/cmd_params.h"
 #include "hive/reg_clas.h"
 
 namespace ovrik {

@@ -3,8 +3,8 @@
 #include <chrono>
 #include <thread>
 
-#include "driver/console.h"
-#include "sources/lv_portable_dir.h"
+#include "driver/host/console.h"
+#include "sources/host/lv_portable_dir.h"
 
 namespace ovrik {
 

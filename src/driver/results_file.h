@@ -6,7 +6,7 @@
 #include <string>
 
 #include "output/streams.h"
-#include "sources/fileio.h"
+#include "sources/host/fileio.h"
 
 namespace ovrik {
 

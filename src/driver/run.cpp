@@ -1,15 +1,15 @@
 #include "driver/run.h"
 
 #include "driver/binary_road.h"
-#include "driver/cmd_params.h"
 #include "driver/cmdline_ctx.h"
-#include "driver/command_line.h"
-#include "driver/console.h"
 #include "driver/hive_road.h"
+#include "driver/host/console.h"
 #include "driver/list_road.h"
 #include "driver/memfile_road.h"
+#include "driver/options/cmd_params.h"
+#include "driver/options/command_line.h"
+#include "driver/options/tool_options.h"
 #include "driver/results_file.h"
-#include "driver/tool_options.h"
 #include "driver/vmdk_road.h"
 
 namespace ovrik {

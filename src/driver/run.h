@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "driver/option_scan.h"
+#include "driver/options/option_scan.h"
 
 namespace ovrik {
 

@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <string_view>
 
-#include "driver/host_console.h"
+#include "driver/host/host_console.h"
 
 namespace uni {
 

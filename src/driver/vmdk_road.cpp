@@ -7,14 +7,14 @@
 
 #include "base/number_text.h"
 #include "base/text.h"
-#include "driver/console.h"
 #include "driver/hive_road.h"
 #include "driver/hive_source.h"
+#include "driver/host/console.h"
 #include "driver/volume_source.h"
-#include "sources/ntfs_offset.h"
-#include "sources/partitions.h"
-#include "sources/vmdk_chain_check.h"
-#include "sources/vmdk_collection.h"
+#include "sources/disk/ntfs_offset.h"
+#include "sources/disk/partitions.h"
+#include "sources/disk/vmdk_chain_check.h"
+#include "sources/disk/vmdk_collection.h"
 
 namespace ovrik {
 

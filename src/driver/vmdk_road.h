@@ -5,8 +5,8 @@
 #include <ostream>
 #include <string>
 
-#include "driver/cmd_params.h"
-#include "driver/option_scan.h"
+#include "driver/options/cmd_params.h"
+#include "driver/options/option_scan.h"
 
 namespace ovrik {
 

@@ -3,8 +3,8 @@
 #include <utility>
 
 #include "driver/hive_source.h"
-#include "sources/ntfs_file.h"
-#include "sources/ntfs_path.h"
+#include "sources/ntfs/ntfs_file.h"
+#include "sources/ntfs/ntfs_path.h"
 
 namespace ovrik {
 

@@ -7,9 +7,9 @@
 
 #include "base/diagnostics_log.h"
 #include "hive/reg_clas.h"
-#include "sources/ntfs_volume.h"
-#include "sources/raw_device.h"
-#include "sources/raw_disk_io.h"
+#include "sources/disk/raw_device.h"
+#include "sources/disk/raw_disk_io.h"
+#include "sources/ntfs/ntfs_volume.h"
 
 namespace ovrik {
 

@@ -15,8 +15,8 @@
 #include <vector>
 
 #include "base/byte_view.h"
-#include "sources/fileio.h"
-#include "sources/memory_block.h"
+#include "sources/host/fileio.h"
+#include "sources/host/memory_block.h"
 
 namespace ovrik {
 

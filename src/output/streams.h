@@ -7,7 +7,7 @@
 #include <streambuf>
 #include <string>
 
-#include "sources/fileio.h"
+#include "sources/host/fileio.h"
 
 namespace uni {
 

@@ -3,7 +3,7 @@
 
 #include "driver/hive_source.h"
 #include "driver/volume_source.h"
-#include "sources/shadow_copy.h"
+#include "sources/disk/shadow_copy.h"
 #include "support/memory_devices.h"
 #include "support/ntfs_builder.h"
 #include "support/system_hive.h"

@@ -1,6 +1,6 @@
 // The road of virtual disks, on files that programs of others made.
 #include "e2e/volume_test.h"
-#include "sources/vmdk_collection.h"
+#include "sources/disk/vmdk_collection.h"
 
 namespace test_support {
 namespace {

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "sources/device_calls.h"
+#include "sources/host/device_calls.h"
 #include "support/bytes.h"
 #include "support/memory_disk.h"
 

@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "sources/raw_disk_io.h"
+#include "sources/disk/raw_disk_io.h"
 
 namespace test_support {
 

@@ -7,10 +7,10 @@
 #include <string>
 
 #include "base/windows_api_win32.h"
-#include "sources/host_path.h"
-#include "sources/long_path_win32.h"
-#include "sources/lv_portable_dir.h"
-#include "sources/raw_device.h"
+#include "sources/disk/raw_device.h"
+#include "sources/host/host_path.h"
+#include "sources/host/long_path_win32.h"
+#include "sources/host/lv_portable_dir.h"
 
 namespace {
 

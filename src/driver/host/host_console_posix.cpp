@@ -1,0 +1,18 @@
+// A terminal needs no mode for escape sequences, and there are no named events.
+#include <unistd.h>
+
+#include "driver/host/host_console.h"
+
+namespace ovrik {
+
+uint32_t enable_escape_sequences() { return 0; }
+
+void restore_console_mode(uint32_t /*mode*/) {}
+
+bool standard_error_is_terminal() { return isatty(STDERR_FILENO) != 0; }
+
+void set_binary_input() {}
+
+bool signal_event(const std::string& /*name*/) { return false; }
+
+}  // namespace ovrik

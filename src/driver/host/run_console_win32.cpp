@@ -1,0 +1,39 @@
+#include "driver/host/run_console_win32.h"
+
+#include <csignal>
+#include <optional>
+
+#include "base/windows_api_win32.h"
+#include "driver/host/host_console.h"
+#include "output/utf8_locale_win32.h"
+
+namespace ovrik {
+
+namespace {
+
+DWORD mode_before;  ///< 0 without a console
+std::optional<uni::utf8_locale> console_text;
+
+void put_back() {
+  restore_console_mode(mode_before);
+  console_text.reset();
+}
+
+/// Leaves what is to be done to the handlers behind it.
+BOOL WINAPI on_control_event(DWORD /*event*/) {
+  put_back();
+  return FALSE;
+}
+
+void on_abort(int /*signal*/) { put_back(); }
+
+}  // namespace
+
+void take_console() {
+  GetConsoleMode(GetStdHandle(STD_ERROR_HANDLE), &mode_before);
+  console_text.emplace();
+  SetConsoleCtrlHandler(on_control_event, TRUE);
+  std::signal(SIGABRT, on_abort);
+}
+
+}  // namespace ovrik

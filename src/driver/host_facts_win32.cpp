@@ -1,8 +1,0 @@
-#include "driver/host_facts.h"
-#include "driver/windows_facts.h"
-
-namespace ovrik {
-
-host_facts collect_host_facts() { return facts_of_windows(running_windows()); }
-
-}  // namespace ovrik

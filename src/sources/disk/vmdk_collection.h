@@ -1,0 +1,59 @@
+// The files of a virtual disk: a base and the snapshots that build on it.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "sources/disk/raw_disk_io.h"
+#include "sources/disk/vmdk_disk.h"
+
+namespace ovrik {
+
+class vmdk_collection {
+ public:
+  /// Opens a file and adds it under its CID; of two files with one CID the first stays. False: it
+  /// is no sparse VMDK that can be opened.
+  bool add_disk(const std::string& path);
+
+  /// True if a file names itself as the one that it builds on, be it one that did not stay.
+  bool has_own_parent() const { return m_has_own_parent; }
+
+  /// All files by their CIDs.
+  const std::map<std::string, std::unique_ptr<vmdk_disk>>& disks() const { return m_disks; }
+
+  /// Puts the files into a chain from the base to the newest one. False: there is no base, or a
+  /// file builds on one that is missing.
+  bool vmdk_link_chain();
+
+  /// The linked files, base first.
+  const std::vector<const vmdk_disk*>& chain() const { return m_chain; }
+
+  /// Reads `size` bytes at `offset` of the virtual disk: each grain from the newest file that holds
+  /// it. What no file holds or cannot be read is zeros. False: there is no chain or `size` is 0.
+  bool vmdk_read(uint8_t* buffer, uint64_t size, uint64_t offset) const;
+
+ private:
+  /// Bytes that lie side by side in one file, or are zeros.
+  struct piece {
+    const vmdk_disk* owner = nullptr;
+    uint64_t file_offset = 0;
+    uint64_t size = 0;
+  };
+
+  piece piece_at(uint64_t offset) const;
+
+  /// Reads what begins at `offset`; returns how many bytes of it are done, never 0.
+  size_t read_piece(uint8_t* buffer, const piece& all, uint64_t offset) const;
+
+  std::map<std::string, std::unique_ptr<vmdk_disk>> m_disks;
+  bool m_has_own_parent = false;
+  std::vector<const vmdk_disk*> m_chain;
+};
+
+/// The virtual disk that the files at `paths` (UTF-8) make up, in any order. Nothing: the list is
+/// empty, a file does not open, or they make no chain.
+std::unique_ptr<RAW_DISK_IO> open_vmdk_chain(const std::vector<std::string>& paths);
+
+}  // namespace ovrik

@@ -1,0 +1,178 @@
+#include <string_view>
+
+#include "base/text.h"
+#include "sources/host/handle_win32.h"
+#include "sources/host/host_path.h"
+#include "sources/host/lv_portable_dir.h"
+
+namespace lvportdir {
+
+namespace {
+
+using ovrik::file_handle;
+using ovrik::from_wide;
+using ovrik::to_wide;
+
+constexpr DWORD share_all = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+
+bool is_unusable(HANDLE handle) { return handle == INVALID_HANDLE_VALUE; }
+
+bool is_folder(DWORD attributes) { return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0; }
+
+uint64_t ticks_of(const FILETIME& time) {
+  return uint64_t{time.dwHighDateTime} << 32 | time.dwLowDateTime;
+}
+
+/// A handle that tells about a file or folder, links followed, and gives none of its bytes.
+HANDLE open_for_facts(const std::string& path) {
+  return ovrik::open_handle(path, 0, share_all, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS);
+}
+
+bool identify(const file_handle& file, link_target& target) {
+  BY_HANDLE_FILE_INFORMATION facts{};
+  if (!file.is_open() || GetFileInformationByHandle(file.get(), &facts) == 0) return false;
+  target.device = facts.dwVolumeSerialNumber;
+  target.file_id = uint64_t{facts.nFileIndexHigh} << 32 | facts.nFileIndexLow;
+  return true;
+}
+
+/// The file itself, whatever stream of it the path names.
+HANDLE open_file_for_facts(const std::string& path) {
+  return open_for_facts(ovrik::without_stream_name(ovrik::without_trailing_separators(path)));
+}
+
+/// The path from its volume on, without links in it and with a separator at its end; empty if it
+/// does not exist.
+std::wstring real_folder(const std::string& path) {
+  const file_handle folder(open_for_facts(path));
+  if (!folder.is_open()) return {};
+  constexpr DWORD form = VOLUME_NAME_NT;  // of volumes without a letter too
+  const DWORD size = GetFinalPathNameByHandleW(folder.get(), nullptr, 0, form);
+  std::wstring real(size, L'\0');
+  const DWORD length = GetFinalPathNameByHandleW(folder.get(), real.data(), size, form);
+  if (length == 0 || length >= size) return {};
+  real.resize(length);
+  if (!real.ends_with(L'\\')) real += L'\\';
+  return real;
+}
+
+/// Appends the streams of a file other than its data, each as "path:name".
+void append_streams(std::vector<directory_entry>& entries, const std::string& path) {
+  WIN32_FIND_STREAM_DATA stream{};
+  HANDLE search = ovrik::with_long_path(
+      to_wide(path),
+      [&stream](const wchar_t* name) {
+        return FindFirstStreamW(name, FindStreamInfoStandard, &stream, 0);
+      },
+      is_unusable);
+  if (is_unusable(search)) return;
+  do {
+    const std::string name = from_wide(stream.cStreamName);
+    if (name != "::$DATA") entries.push_back({path + name.substr(0, name.rfind(":$DATA")), false});
+  } while (FindNextStreamW(search, &stream) != 0);
+  FindClose(search);
+}
+
+}  // namespace
+
+void list_directory(std::vector<directory_entry>& entries, const std::string& folder) {
+  entries.clear();
+  const bool ends_in_separator = folder.ends_with('\\') || folder.ends_with('/');
+  const std::string prefix = ends_in_separator ? folder : folder + '\\';
+  WIN32_FIND_DATAW found{};
+  HANDLE search = ovrik::with_long_path(
+      to_wide(prefix + "*.*"),
+      [&found](const wchar_t* pattern) { return FindFirstFileW(pattern, &found); }, is_unusable);
+  if (is_unusable(search)) return;
+  do {
+    const std::string name = from_wide(found.cFileName);
+    if (name == "." || name == "..") continue;
+    const bool folder_found = is_folder(found.dwFileAttributes);
+    entries.push_back({prefix + name, folder_found});
+    if (!folder_found) append_streams(entries, prefix + name);
+  } while (FindNextFileW(search, &found) != 0);
+  FindClose(search);
+}
+
+bool file_status(const std::string& path, file_times& times) {
+  WIN32_FILE_ATTRIBUTE_DATA found{};
+  if (!ovrik::exact_file_attributes(ovrik::without_trailing_separators(path), found)) return false;
+  times.written = ticks_of(found.ftLastWriteTime);
+  times.created = ticks_of(found.ftCreationTime);
+  return true;
+}
+
+bool is_folder_link(const std::string& folder, link_target& target, bool& closes_cycle) {
+  WIN32_FILE_ATTRIBUTE_DATA found{};
+  if (!ovrik::exact_file_attributes(folder, found) || !is_folder(found.dwFileAttributes) ||
+      (found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0 ||
+      !identify(file_handle(open_for_facts(folder)), target)) {
+    return false;
+  }
+  const size_t separator = folder.find_last_of("\\/");
+  const std::string parent = separator == folder.npos ? "." : folder.substr(0, separator + 1);
+  const std::wstring real = real_folder(folder);
+  closes_cycle = !real.empty() && real_folder(parent).starts_with(real);
+  return true;
+}
+
+bool same_file(const std::string& left, const std::string& right) {
+  // A file keeps its number for as long as it is open.
+  const file_handle left_file(open_file_for_facts(left));
+  const file_handle right_file(open_file_for_facts(right));
+  link_target left_facts;
+  link_target right_facts;
+  return identify(left_file, left_facts) && identify(right_file, right_facts) &&
+         left_facts == right_facts;
+}
+
+bool is_pipe(const std::string& path) {
+  const std::string name = ovrik::lower_ascii(ovrik::with_host_separators(path));
+  // Of this computer, "." or "?", or of another one.
+  const size_t share = name.find('\\', 2);
+  return name.starts_with("\\\\") && share != name.npos &&
+         name.substr(share).starts_with("\\pipe\\");
+}
+
+bool make_folders(const std::string& path) {
+  const std::string name = ovrik::with_host_separators(ovrik::without_trailing_separators(path));
+  // A prefix and what it makes of the first part stay together.
+  const bool has_prefix = name.starts_with("\\\\");
+  for (size_t end = name.find('\\', has_prefix ? 4 : 1);; end = name.find('\\', end + 1)) {
+    ovrik::with_long_path(
+        to_wide(name.substr(0, end)),
+        [](const wchar_t* folder) { return CreateDirectoryW(folder, nullptr) != 0; },
+        [](bool done) { return !done; });
+    if (end == std::string::npos) break;
+  }
+  WIN32_FILE_ATTRIBUTE_DATA found{};
+  return ovrik::file_attributes(name, found) && is_folder(found.dwFileAttributes);
+}
+
+void remove_plain_file(const std::string& path) {
+  const std::string name = ovrik::without_trailing_separators(path);
+  WIN32_FILE_ATTRIBUTE_DATA found{};
+  if (!ovrik::file_attributes(name, found) ||
+      (found.dwFileAttributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT)) != 0) {
+    return;
+  }
+  ovrik::with_long_path(
+      to_wide(name),
+      [](const wchar_t* file) {
+        SetFileAttributesW(file, FILE_ATTRIBUTE_NORMAL);  // a read-only file cannot be removed
+        return DeleteFileW(file) != 0;
+      },
+      [](bool done) { return !done; });
+}
+
+std::string strip_long_prefix(const std::string& path) {
+  constexpr std::string_view prefix = "\\\\?\\";
+  constexpr size_t longest_plain_path = 46;
+  if (path.size() <= prefix.size() || !path.starts_with(prefix)) return path;
+  const std::string lower = ovrik::lower_ascii(path);
+  const bool is_device = path.size() > longest_plain_path && lower.find("global") != lower.npos;
+  const bool is_share = lower.starts_with("\\\\?\\unc\\");
+  return is_device || is_share ? path : path.substr(prefix.size());
+}
+
+}  // namespace lvportdir

@@ -1,0 +1,61 @@
+#include "sources/ntfs/ntfs_attributes.h"
+
+#include <algorithm>
+
+namespace ovrik {
+
+namespace {
+
+/// The bytes of a record's attribute list, which is never longer than the system lets it grow. What
+/// cannot be read is left out.
+std::vector<uint8_t> list_bytes(ntfs_volume& volume, const ntfs_attribute& list) {
+  constexpr uint64_t largest_list = 0x40000;
+  if (!list.non_resident()) return list.content().copy();
+  cluster_extents extents;
+  decode_run_list(extents, list.runs(), list.first_vcn());
+  const uint64_t size = std::min(list.real_size(), largest_list);
+  std::vector<uint8_t> bytes;
+  for (const cluster_extent& extent : extents) {
+    if (bytes.size() >= size) break;
+    const uint64_t clusters = (size - bytes.size()) / volume.bytes_per_cluster() + 1;
+    const uint64_t wanted = std::min(clusters, extent.count) * volume.bytes_per_cluster();
+    const size_t begin = bytes.size();
+    bytes.resize(begin + static_cast<size_t>(wanted));
+    if (!extent.sparse) volume.read_clusters(extent.lcn, bytes.data() + begin, wanted);
+  }
+  bytes.resize(static_cast<size_t>(std::min<uint64_t>(bytes.size(), size)));
+  return bytes;
+}
+
+}  // namespace
+
+void visit_foreign_attributes(ntfs_volume& volume, byte_view record, uint64_t entry,
+                              list_trust trust, diagnostics_log* log,
+                              const attribute_visitor& visit) {
+  std::vector<uint8_t> list;
+  for (const ntfs_attribute& attribute : attributes_of(record)) {
+    if (attribute.type() == ntfs_type::attribute_list) list = list_bytes(volume, attribute);
+  }
+  ntfs_record_bytes bytes;
+  for (const attribute_list_entry& listed : attribute_list_entries(byte_view(list))) {
+    if (listed.entry == entry) continue;
+    if (!volume.follow_reference()) return;
+    if (log != nullptr) {
+      diag_printf(*log, "->primary entry %llu pointing to ref entry %llu",
+                  static_cast<unsigned long long>(entry),
+                  static_cast<unsigned long long>(listed.entry));
+    }
+    if (!volume.read_mft_record(listed.entry, bytes)) continue;
+    const byte_view holder(bytes);
+    const bool trusted =
+        trust == list_trust::any_record || record_sequence(holder) == listed.sequence;
+    if (!holder.text_at(0, "FILE") || !trusted) continue;
+    for (const ntfs_attribute& attribute : attributes_of(holder)) {
+      if (attribute.type() != listed.type || attribute.id() != listed.id) continue;
+      visit(holder, attribute);
+      break;
+    }
+  }
+}
+
+}  // namespace ovrik

@@ -1,0 +1,96 @@
+#include "sources/ntfs/ntfs_record.h"
+
+#include "base/utf16.h"
+
+namespace ovrik {
+
+namespace {
+
+// File record header ("FILE"); an index block ("INDX") begins the same way.
+constexpr size_t update_sequence_offset_at = 0x04;
+constexpr size_t update_sequence_count_at = 0x06;
+constexpr size_t sequence_at = 0x10;
+constexpr size_t first_attribute_at = 0x14;
+constexpr size_t flags_at = 0x16;
+constexpr uint16_t in_use_flag = 0x0001;
+constexpr size_t base_reference_at = 0x20;
+
+// $ATTRIBUTE_LIST entry.
+constexpr size_t list_length_at = 0x04;
+constexpr size_t list_reference_at = 0x10;
+constexpr size_t list_id_at = 0x18;
+constexpr size_t list_entry_bytes = 0x1A;  // without a name
+
+// Attribute header.
+constexpr size_t attribute_length_at = 0x04;
+constexpr size_t name_length_at = 0x09;
+constexpr size_t name_offset_at = 0x0A;
+constexpr size_t least_attribute_bytes = 0x10;
+
+constexpr uint32_t least_stride = 512;
+
+}  // namespace
+
+bool is_file_record(byte_view record) {
+  return record.text_at(0, "FILE") && record.u16_at(update_sequence_offset_at) == 48 &&
+         record.u16_at(update_sequence_count_at) <= 9 && record.u16_at(first_attribute_at) < 73;
+}
+
+bool apply_fixups(std::vector<uint8_t>& block, uint32_t bytes_per_sector) {
+  const byte_view view(block);
+  if (!is_file_record(view) && !view.text_at(0, "INDX")) return false;
+  const uint32_t sequence_offset = view.u16_at(update_sequence_offset_at);
+  const uint32_t count = view.u16_at(update_sequence_count_at);
+  if (count < 2) return true;
+  const auto size = static_cast<uint32_t>(block.size());
+  const uint32_t implied = size / (count - 1);
+  const bool whole = implied * (count - 1) == size && implied >= least_stride;
+  const uint32_t stride = whole ? implied : bytes_per_sector;
+  if (stride < 2) return true;
+  for (uint32_t i = 1; i < count && uint64_t{i} * stride <= size; ++i) {
+    if (!view.has(sequence_offset + 2 * i, 2)) break;
+    const uint16_t word = view.u16_at(sequence_offset + 2 * i);
+    block[i * stride - 2] = static_cast<uint8_t>(word);
+    block[i * stride - 1] = static_cast<uint8_t>(word >> 8);
+  }
+  return true;
+}
+
+uint16_t record_sequence(byte_view record) { return record.u16_at(sequence_at); }
+
+bool record_in_use(byte_view record) { return (record.u16_at(flags_at) & in_use_flag) != 0; }
+
+uint64_t record_base_reference(byte_view record) { return record.u64_at(base_reference_at); }
+
+std::string ntfs_attribute::name() const {
+  const uint32_t length = 2U * bytes.u8_at(name_length_at);
+  const uint32_t offset = bytes.u16_at(name_offset_at);
+  return bytes.has(offset, length) ? utf16_text(bytes.clip(offset, length)) : std::string();
+}
+
+std::vector<ntfs_attribute> attributes_of(byte_view record) {
+  std::vector<ntfs_attribute> attributes;
+  uint64_t at = record.u16_at(first_attribute_at);
+  while (record.has(at, least_attribute_bytes) && record.u32_at(at) != ntfs_type::end) {
+    const uint32_t length = record.u32_at(at + attribute_length_at);
+    if (length < least_attribute_bytes || !record.has(at, length)) break;
+    attributes.push_back({record.clip(at, length)});
+    at += length;
+  }
+  return attributes;
+}
+
+std::vector<attribute_list_entry> attribute_list_entries(byte_view list) {
+  std::vector<attribute_list_entry> entries;
+  for (uint64_t at = 0; list.has(at, list_entry_bytes);) {
+    const uint32_t length = list.u16_at(at + list_length_at);
+    const uint64_t reference = list.u64_at(at + list_reference_at);
+    if (length == 0 || !list.has(at, length)) break;
+    entries.push_back({list.u32_at(at), reference & entry_mask,
+                       static_cast<uint16_t>(reference >> 48), list.u16_at(at + list_id_at)});
+    at += length;
+  }
+  return entries;
+}
+
+}  // namespace ovrik

@@ -1,0 +1,132 @@
+// Partition tables that no tool writes.
+#include "sources/disk/partitions.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "sources/disk/ntfs_offset.h"
+#include "support/memory_disk.h"
+#include "support/table_disk.h"
+
+namespace test_support {
+namespace {
+
+/// The partitions as "first sector+count:name", in their order.
+std::string found_on(const table_disk& disk, std::set<uint64_t> bad = {}, bool guess = false) {
+  memory_disk source(disk.content, std::move(bad));
+  ovrik::partition_list list;
+  const bool any = find_partitions(source, list, guess);
+  std::string text;
+  for (const ovrik::partition_info& partition : list) {
+    text += std::to_string(partition.start_sector) + "+" + std::to_string(partition.sector_count) +
+            ":" + ovrik::partition_type_name(partition.type) + " ";
+  }
+  return any ? text : "none";
+}
+
+/// What is said of the volume at the offset; nothing if it is to be read from there.
+std::string said_of(const table_disk& disk, uint64_t offset) {
+  memory_disk source(disk.content);
+  std::ostringstream text;
+  bool found = false;
+  uint64_t place = offset;
+  const bool right = pick_ntfs_offset(text, found, place, source, false);
+  EXPECT_EQ(right, text.str().empty()) << text.str();
+  EXPECT_TRUE(!right || place == offset);
+  return text.str();
+}
+
+TEST(partitions, tables_are_walked_as_far_as_they_lead) {
+  // A primary one behind the extended one, and two logical ones: the second record's first sector
+  // counts from the extended one.
+  table_disk chain(400);
+  chain.slot(0, 0, 7, 70, 8).slot(0, 1, 5, 100, 300).slot(0, 2, 7, 5, 5);
+  chain.slot(100, 0, 7, 10, 8).slot(100, 1, 5, 100, 50).slot(200, 0, 7, 10, 9);
+  chain.ntfs(70).ntfs(110).ntfs(210);
+  const std::string table = "70+8:ntfs or exfat 100+300:exten 5+5:ntfs or exfat ";
+  const std::string first = table + "110+8:ntfs or exfat 200+50:exten ";
+  const std::string whole = first + "210+9:ntfs or exfat ";
+  EXPECT_EQ(found_on(chain), whole);
+  EXPECT_EQ(found_on(chain, {200}), first);
+  // A chain that cannot be read takes nothing from what the table itself names.
+  EXPECT_EQ(found_on(chain, {100}), table);
+  EXPECT_EQ(found_on(chain, {0}), "none");
+
+  // A chain that comes back to itself ends.
+  table_disk cycle = chain;
+  cycle.slot(200, 1, 5, 0, 50);
+  EXPECT_EQ(found_on(cycle), whole + "100+50:exten ");
+  cycle.slot(200, 1, 5, 100, 50);
+  EXPECT_EQ(found_on(cycle), whole + "200+50:exten ");
+
+  // A volume at sector 63 that nothing names; its type is the last one of the first record.
+  EXPECT_EQ(found_on(chain.ntfs(63)).find("63+37:ntfs or exfat [guess] "), 0U);
+}
+
+TEST(partitions, without_a_table_only_what_is_asked_for_counts) {
+  table_disk stray(400);
+  stray.slot(100, 0, 7, 10, 8).ntfs(110);
+  EXPECT_EQ(found_on(stray), "none");
+  EXPECT_EQ(found_on(stray, {}, true), "110+8:ntfs or exfat ");
+  EXPECT_EQ(found_on(stray, {50}, true), "none");
+
+  const table_disk volume = table_disk(200).ntfs(100);
+  EXPECT_EQ(said_of(volume, 100 * 512), "");
+  for (const uint64_t sector : {0U, 99U}) {
+    EXPECT_EQ(said_of(volume, sector * 512), "couldn't find any partitions on disk\n");
+  }
+}
+
+TEST(partitions, a_gpt_is_whole_or_nothing) {
+  const table_disk disk = table_disk(200).gpt({{100, 107}, {120, 127}}).ntfs(100).ntfs(120);
+  EXPECT_EQ(found_on(disk), "100+8:ntfs or exfat 120+8:ntfs or exfat ");
+  EXPECT_EQ(found_on(disk, {120}), "none") << "the second one's first sector";
+  EXPECT_EQ(found_on(disk, {1}), "none") << "the header";
+  EXPECT_EQ(found_on(table_disk(200).gpt({{100, 107}}, 199).ntfs(100), {199}), "none")
+      << "an entry";
+  const std::pair<size_t, uint32_t> fields[] = {{24, 2},          {84, 0}, {84, 47},
+                                                {84, 0xFFFFFFFF}, {80, 0}, {80, 0xFFFFFFFF},
+                                                {76, 0xFFFFFFFF}, {72, 0}};
+  for (const auto& [at, value] : fields) {
+    table_disk damaged = disk;
+    put_u32(damaged.content, 512 + at, value);
+    EXPECT_EQ(found_on(damaged), "none") << at << " " << value;
+  }
+}
+
+TEST(partitions, tables_of_large_sectors_bear_the_mark_at_510) {
+  const table_disk gpt = table_disk(64, 4096).gpt({{16, 23}});
+  EXPECT_EQ(found_on(gpt), "16+8:gpt ") << "a header is enough";
+  EXPECT_EQ(found_on(table_disk(gpt).ntfs(16)), "16+8:ntfs or exfat ");
+  EXPECT_EQ(said_of(table_disk(gpt).ntfs(16), 0x10000), "");
+  EXPECT_EQ(found_on(table_disk(64, 4096).slot(0, 0, 7, 16, 8).ntfs(16)), "16+8:ntfs or exfat ");
+}
+
+TEST(partitions, every_field_of_the_tables_may_hold_anything) {
+  table_disk mbr(220);
+  mbr.slot(0, 0, 7, 70, 8).slot(0, 1, 15, 100, 100).slot(100, 0, 7, 10, 8).ntfs(70).ntfs(110);
+  const table_disk gpt = table_disk(200).gpt({{100, 107}, {120, 127}}).ntfs(100).ntfs(120);
+  struct range {
+    const table_disk& disk;
+    size_t begin, end;
+  };
+  const range ranges[] = {{mbr, 440, 512},
+                          {mbr, 100 * 512 + 440, 101 * 512},
+                          {mbr, 70 * 512, 70 * 512 + 90},
+                          {gpt, 512, 512 + 92},
+                          {gpt, 1024, 1024 + 56}};
+  for (const range& r : ranges) {
+    for (size_t at = r.begin; at < r.end; ++at) {
+      for (const uint8_t value : bytes{0x00, 0x01, 0x7F, 0x80, 0xFF}) {
+        table_disk damaged = r.disk;
+        put(damaged.content, at, bytes(std::min<size_t>(4, r.end - at), value));
+        found_on(damaged, {}, true);
+        said_of(damaged, 70 * 512);
+      }
+    }
+  }
+}
+
+}  // namespace
+}  // namespace test_support
