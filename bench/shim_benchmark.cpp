@@ -41,10 +41,11 @@ void write_rows(benchmark::State& state, bool by_name) {
   ovrik::parse_shim_cache(results, ovrik::byte_view(cache), 0, false);
   null_buffer buffer;
   std::ostream out(&buffer);
-  ovrik::shim_settings settings;
-  settings.sort_by_name = by_name;
+  const ovrik::row_settings rows;
+  ovrik::row_writer writer(out, rows);
   for (auto step : state) {
-    ovrik::output_shim_cache(out, results, settings, ovrik::byte_view(cache));
+    ovrik::output_shim_cache(writer, {}, results, {.sort_by_name = by_name},
+                             ovrik::byte_view(cache));
   }
   state.SetItemsProcessed(state.iterations() * state.range(0));
 }

@@ -29,13 +29,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     shim_cache_results results;
     const bool parsed = parse_shim_cache(results, cache, static_cast<uint32_t>(size / 2), raw);
     if (parsed && !detected) __builtin_trap();
-    for (bool row_settings::*const form : {&row_settings::form_multiline, &row_settings::form_csv,
-                                           &row_settings::form_l2t, &row_settings::form_bodyfile}) {
-      shim_settings settings;
-      settings.*form = true;
-      settings.raw_mode = raw;
-      settings.inc_slack = true;
-      output_shim_cache(out, results, settings, cache);
+    for (const row_form form : {row_form::padded, row_form::multiline, row_form::csv, row_form::l2t,
+                                row_form::bodyfile}) {
+      row_settings rows;
+      rows.form = form;
+      row_writer writer(out, rows);
+      output_shim_cache(writer, {}, results, {.raw_mode = raw, .inc_slack = true}, cache);
     }
   }
   return 0;

@@ -1,7 +1,6 @@
 // The diagnostics text file of a run.
 #pragma once
 
-#include <cstdint>
 #include <memory>
 #include <ostream>
 #include <string>
@@ -12,7 +11,6 @@ namespace ovrik {
 /// diagnostics are no results.
 struct diagnostics_log {
   bool diag_on = false;
-  uint32_t diag_level = 0;
   std::unique_ptr<std::ostream> diag_stream;  ///< there while `diag_on`
   std::string diag_path;
 };

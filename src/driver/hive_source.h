@@ -10,16 +10,10 @@
 
 namespace ovrik {
 
-/// Opens the hive file at `path` as the host gives it. Nothing: it does not open or is no hive.
-std::unique_ptr<reg_hive> open_plain_hive(const std::string& path);
-
 /// Opens the hive file at `path`. One that begins with a drive letter and that the running system
 /// does not let us open is read from its volume; `log` gets the words of that. Nothing: it does not
 /// open or is no hive.
 std::unique_ptr<reg_hive> open_hive_source(const std::string& path, diagnostics_log& log,
                                            const device_calls& devices = devices_of_host());
-
-/// True if the kind name of the hive is that of a SYSTEM hive.
-bool is_system_hive(const reg_hive& hive);
 
 }  // namespace ovrik

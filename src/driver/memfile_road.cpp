@@ -21,9 +21,8 @@ constexpr const char* chunk_folder = "out3";
 /// Says what the carver comes across.
 class carving_words : public carve_listener {
  public:
-  explicit carving_words(cmdline_options& options)
-      : m_options(options),
-        m_shows_progress(options.show_progress && standard_error_is_terminal()) {}
+  carving_words(const carving_request& request, diagnostics_log& log)
+      : m_log(log), m_shows_progress(request.show_progress && standard_error_is_terminal()) {}
 
   void scanned(uint64_t bytes, uint64_t source_bytes) override {
     const uint64_t percent = bytes * 100 / source_bytes;
@@ -34,12 +33,11 @@ class carving_words : public carve_listener {
   }
 
   void layout_recognised(uint64_t offset, shim_layout layout) override {
-    diag_printf(m_options, "cache of layout %u at 0x%" PRIx64, static_cast<unsigned>(layout),
-                offset);
+    diag_printf(m_log, "cache of layout %u at 0x%" PRIx64, static_cast<unsigned>(layout), offset);
   }
 
   void scan_stopped(uint64_t offset) override {
-    diag_printf(m_options, "the scan was cut short at 0x%" PRIx64, offset);
+    diag_printf(m_log, "the scan was cut short at 0x%" PRIx64, offset);
   }
 
   void db_cell_reached(size_t index, const db_cell& cell) override {
@@ -58,7 +56,7 @@ class carving_words : public carve_listener {
   }
 
  private:
-  cmdline_options& m_options;
+  diagnostics_log& m_log;
   bool m_shows_progress;
   uint64_t m_percent = 0;
 };
@@ -67,18 +65,18 @@ class carving_words : public carve_listener {
 /// something else is not opened, and nothing written to it arrives.
 class carved_file {
  public:
-  carved_file(const std::string& name, cmdline_options& options)
+  carved_file(const std::string& name, const carving_request& request, diagnostics_log& log)
       : m_path(std::string(chunk_folder) + host_separator() + name) {
-    m_spared = is_needed(options);
+    m_spared = is_needed(request, log);
     if (m_spared) return;
     lvportdir::remove_plain_file(m_path);
     m_file.open_new(m_path);
-    if (!m_file.is_open()) diag_printf(options, "%s does not open", m_path.c_str());
+    if (!m_file.is_open()) diag_printf(log, "%s does not open", m_path.c_str());
   }
 
   uni::fileio& file() { return m_file; }
 
-  /// True if the file does not open, over which no word is lost.
+  /// True if the file does not open, which is not reported.
   bool is_skipped() const { return !m_spared && !m_file.is_open(); }
 
   /// Ends the file. False: what was written did not arrive, which has been said on standard error.
@@ -89,10 +87,10 @@ class carved_file {
   }
 
  private:
-  bool is_needed(const cmdline_options& options) const {
-    return lvportdir::same_file(m_path, options.source_path) ||
-           lvportdir::same_file(m_path, options.out_path) ||
-           lvportdir::same_file(m_path, options.diag_path);
+  bool is_needed(const carving_request& request, const diagnostics_log& log) const {
+    return lvportdir::same_file(m_path, request.source_path) ||
+           lvportdir::same_file(m_path, request.results_path) ||
+           lvportdir::same_file(m_path, log.diag_path);
   }
 
   std::string m_path;
@@ -103,11 +101,11 @@ class carved_file {
 /// The files of one run.
 class carved_files {
  public:
-  carved_files(const scanned_source& source, cmdline_options& options)
-      : m_source(source), m_options(options) {}
+  carved_files(const scanned_source& source, const carving_request& request, diagnostics_log& log)
+      : m_source(source), m_request(request), m_log(log) {}
 
   void write_stats(const carved_cache& carved) {
-    carved_file stats("stats.txt", m_options);
+    carved_file stats("stats.txt", m_request, m_log);
     if (stats.is_skipped()) return;
     uni::fileio_output out(stats.file());
     write_chunk_stats(out, m_source, carved);
@@ -117,7 +115,7 @@ class carved_files {
 
   void write_chunks(const std::vector<carved_chunk>& chunks, const char* name_end) {
     for (size_t i = 0; i < chunks.size(); ++i) {
-      carved_file chunk("chunk_" + std::to_string(i) + name_end, m_options);
+      carved_file chunk("chunk_" + std::to_string(i) + name_end, m_request, m_log);
       if (chunk.is_skipped()) continue;
       if (!chunk.finish(write_chunk(chunk.file(), chunks[i]))) m_all_written = false;
     }
@@ -139,19 +137,20 @@ class carved_files {
   }
 
   const scanned_source& m_source;
-  cmdline_options& m_options;
+  const carving_request& m_request;
+  diagnostics_log& m_log;
   bool m_all_written = true;
 };
 
 }  // namespace
 
-int32_t run_memfile_road(cmdline_options& options) {
+int32_t run_memfile_road(const carving_request& request, diagnostics_log& log) {
   scanned_source source;
-  if (!open_scanned_source(source, options.source_path)) return -1;
+  if (!open_scanned_source(source, request.source_path)) return -1;
   if (!lvportdir::make_folders(chunk_folder)) {
     print_message("prob trying to create the folder %s, continuing w/o one\n", chunk_folder);
   }
-  carving_words words(options);
+  carving_words words(request, log);
   const bool found = scan_pages(source, words);
   words.end_progress();
   if (!found) {
@@ -160,7 +159,7 @@ int32_t run_memfile_road(cmdline_options& options) {
   }
   if (!are_bins_in_place(source)) return -1;
   const carved_cache carved = reassemble(source, words);
-  carved_files files(source, options);
+  carved_files files(source, request, log);
   files.write_stats(carved);
   files.write_chunks(carved.primary, ".bin");
   files.write_chunks(carved.other, "_other.bin");

@@ -2,14 +2,22 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
-#include "driver/options/cmd_params.h"
+#include "base/diagnostics_log.h"
 
 namespace ovrik {
 
-/// Carves the file at `options.source_path` and writes the chunks and a list of their pages into
-/// the folder "out3". What is to be said goes to standard error. Returns the exit value: 0 if there
-/// is a chunk and nothing that was opened failed to be written.
-int32_t run_memfile_road(cmdline_options& options);
+/// What carving reads of the options of a run.
+struct carving_request {
+  std::string source_path;
+  std::string results_path;  ///< no chunk takes its place; empty for none
+  bool show_progress = true;
+};
+
+/// Carves the source and writes the chunks and a list of their pages into the folder "out3". What
+/// is to be said goes to standard error. Returns the exit value: 0 if there is a chunk and nothing
+/// that was opened failed to be written.
+int32_t run_memfile_road(const carving_request& request, diagnostics_log& log);
 
 }  // namespace ovrik

@@ -1,5 +1,7 @@
 #include "driver/registry_commands.h"
 
+#include <vector>
+
 #include "base/text.h"
 #include "driver/host/console.h"
 #include "hive/control_sets.h"
@@ -21,10 +23,39 @@ constexpr const char* key_prefix = "HKLM\\System\\";
 constexpr const char* xp_key = "\\Control\\Session Manager\\AppCompatibility\\AppCompatCache";
 constexpr const char* later_key = "\\Control\\Session Manager\\AppCompatCache\\AppCompatCache";
 
-void append_registry_command(std::vector<registry_command>& commands,
-                             const std::string& control_set, const char* key,
-                             const std::string& hive_path, const std::string& title) {
-  commands.push_back({key_prefix + control_set + key, hive_path, title});
+/// One question to a hive: the cache of one control set, under its key of XP or of later systems.
+struct registry_command {
+  std::string key;  ///< "HKLM\\System\\...", its last part the value's name
+  std::string title;
+};
+
+using command_list = std::vector<registry_command>;
+
+void append_commands(command_list& commands, const std::string& control_set,
+                     const std::string& xp_title, const std::string& title) {
+  commands.push_back({key_prefix + control_set + xp_key, xp_title});
+  commands.push_back({key_prefix + control_set + later_key, title});
+}
+
+/// The two commands for the current control set, the XP key first.
+command_list current_commands() {
+  command_list commands;
+  append_commands(commands, "CurrentControlSet", "WinXP Shim Cache", "Shim Cache");
+  return commands;
+}
+
+/// Fills `commands` with the two for each control set, the current one first. False: the hive has
+/// no control sets, or nothing that tells which is current.
+bool all_commands(command_list& commands, const reg_hive& hive) {
+  commands.clear();
+  std::vector<std::string> names;
+  if (!list_control_sets(hive, names)) return false;
+  for (const std::string& name : names) {
+    const bool first = &name == &names.front();
+    const std::string title = "Shim Cache [" + name + (first ? " - CurrentControlSet]" : "]");
+    append_commands(commands, name, title, title);
+  }
+  return true;
 }
 
 /// The segments of a command's key, the hive's name first.
@@ -34,11 +65,12 @@ std::vector<std::string> key_segments(const registry_command& command) {
   return segments;
 }
 
-std::string heading_of(const registry_command& command, const registry_cmd_parameters& options) {
+std::string heading_of(const registry_command& command, const std::string& shown_location,
+                       bool names_hive) {
   std::string heading = heading_rule;
   heading += "Artifact: " + command.title + '\n';
   heading += "Registry key: " + command.key + " [enumvalues]\n";
-  if (options.multi_source) heading += "Hive Location: " + aliased_hive_location(options) + '\n';
+  if (names_hive) heading += "Hive Location: " + shown_location + '\n';
   return heading + heading_rule;
 }
 
@@ -52,86 +84,64 @@ bool extract_value(const std::string& path, const std::vector<uint8_t>& data) {
 }
 
 /// Writes the rows of one value. False: there are none.
-bool write_value(std::ostream& out, const reg_hit& hit, registry_cmd_parameters& options) {
+bool write_value(row_writer& writer, const cache_section& section, const reg_hit& hit,
+                 const shim_settings& settings) {
   std::vector<uint8_t> joined;
-  if (options.inc_slack && !hit.slack.empty()) {
+  if (settings.inc_slack && !hit.slack.empty()) {
     joined = hit.data;
     joined.insert(joined.end(), hit.slack.begin(), hit.slack.end());
   }
   const auto slack_length = static_cast<uint32_t>(joined.empty() ? 0 : hit.slack.size());
   const byte_view data(joined.empty() ? hit.data : joined);
   shim_cache_results results;
-  if (!parse_shim_cache(results, data, slack_length, options.raw_mode)) return false;
-  options.reg_update_time = hit.last_write_time;
-  const bool written = output_shim_cache(out, results, options, data);
-  options.reg_update_time = 0;
-  return written;
+  return parse_shim_cache(results, data, slack_length, settings.raw_mode) &&
+         output_shim_cache(writer, section, results, settings, data);
 }
 
-/// Writes what a command's values hold to `out`, or with -extract to the results file. An empty
-/// line ends the rows of a form with sections.
-void handle_shim_cache(std::ostream& out, const std::vector<reg_hit>& hits,
-                       registry_cmd_parameters& options) {
+/// Writes what a command's values hold: their rows, or with -extract their bytes to its file. An
+/// empty line ends the rows of a form with sections.
+void write_values(const hive_output& output, cache_section section,
+                  const std::vector<reg_hit>& hits) {
+  row_writer& writer = output.writer;
   bool any_rows = false;
   for (const reg_hit& hit : hits) {
     if (hit.data.empty()) continue;
-    if (!options.raw_mode || options.out_path.empty()) {
-      any_rows = write_value(out, hit, options) || any_rows;
-    } else if (!extract_value(options.out_path, hit.data)) {
-      out.setstate(std::ios::failbit);
+    section.key_time = hit.last_write_time;
+    if (output.extract_path.empty()) {
+      any_rows = write_value(writer, section, hit, output.shim) || any_rows;
+    } else if (!extract_value(output.extract_path, hit.data)) {
+      writer.out().setstate(std::ios::failbit);
     }
   }
-  if (any_rows && !has_stream_header(options)) out << '\n';
+  if (any_rows && !facts_of(writer.settings().form).header_once) writer.out() << '\n';
+}
+
+void show_analyzing(const hive_output& output, const std::string& title) {
+  if (!output.show_progress) return;
+  diag_printf(output.log, "analyzing: %s", title.c_str());
+  show_progress(progress_width, "analyzing: " + title);
 }
 
 }  // namespace
 
-std::vector<registry_command> build_shim_commands_current(const std::string& hive_path) {
-  std::vector<registry_command> commands;
-  append_registry_command(commands, "CurrentControlSet", xp_key, hive_path, "WinXP Shim Cache");
-  append_registry_command(commands, "CurrentControlSet", later_key, hive_path, "Shim Cache");
-  return commands;
-}
-
-bool build_shim_commands_all(std::vector<registry_command>& commands, const reg_hive& hive,
-                             const std::string& hive_path) {
-  commands.clear();
-  std::vector<std::string> names;
-  if (!list_control_sets(hive, names)) return false;
-  for (const std::string& name : names) {
-    const bool first = &name == &names.front();
-    const std::string title = "Shim Cache [" + name + (first ? " - CurrentControlSet]" : "]");
-    append_registry_command(commands, name, xp_key, hive_path, title);
-    append_registry_command(commands, name, later_key, hive_path, title);
-  }
-  return true;
-}
-
-size_t run_registry_commands(const std::vector<registry_command>& commands, std::ostream& out,
-                             const reg_hive& hive, registry_cmd_parameters& options) {
-  if (commands.empty()) return 0;
-  const bool header_per_section = !has_stream_header(options);
-  if (header_per_section) options.emit_row_header = true;
-  size_t found = 0;
+hive_outcome print_hive(const hive_output& output, const reg_hive& hive,
+                        const std::string& location) {
+  command_list commands = current_commands();
+  if (output.all_controlsets && !all_commands(commands, hive)) return hive_outcome::no_control_sets;
+  const std::string shown_location = output.aliases.shown(location);
+  hive_outcome outcome = hive_outcome::nothing_found;
   for (const registry_command& command : commands) {
-    if (options.show_progress) {
-      diag_printf(options, "analyzing: %s", command.title.c_str());
-      show_progress(progress_width, "analyzing: " + command.title);
-    }
+    show_analyzing(output, command.title);
     std::vector<reg_hit> hits;
     if (!query_values(hive, key_segments(command), hits)) continue;
-    options.hive_location = command.hive_path;
-    options.artifact_title = command.title;
-    if (options.section_headers) {
-      if (header_per_section) options.emit_row_header = true;
-      const bool first = &command == &commands.front();
-      options.section_text = (first ? "" : "\n") + heading_of(command, options);
-    }
-    handle_shim_cache(out, hits, options);
-    ++found;
+    const bool first = &command == &commands.front();
+    output.writer.begin_section((first ? "" : "\n") +
+                                heading_of(command, shown_location, output.names_hives));
+    write_values(output, {.title = command.title, .hive_location = shown_location}, hits);
+    outcome = hive_outcome::found;
   }
-  if (options.show_progress) show_progress(progress_width, "\n");
-  return found;
+  if (output.show_progress) show_progress(progress_width, "\n");
+  return outcome;
 }
 
 }  // namespace ovrik

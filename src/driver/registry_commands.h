@@ -2,34 +2,37 @@
 // of the answers.
 #pragma once
 
-#include <cstdint>
-#include <ostream>
 #include <string>
-#include <vector>
 
-#include "driver/options/cmd_params.h"
+#include "base/diagnostics_log.h"
+#include "driver/options/hive_aliases.h"
 #include "hive/reg_clas.h"
+#include "output/row_writer.h"
+#include "shim/shim_settings.h"
 
 namespace ovrik {
 
-/// One question to a hive: the cache of one control set, under its key of XP or of later systems.
-struct registry_command {
-  std::string key;        ///< "HKLM\System\...", its last part the value's name
-  std::string hive_path;  ///< where the hive came from
-  std::string title;
+/// Where the caches of hives go, and what a run asks of them.
+struct hive_output {
+  row_writer& writer;
+  const shim_settings& shim;
+  const hive_aliases& aliases;
+  diagnostics_log& log;
+  bool all_controlsets = false;
+  bool names_hives = false;  ///< headings name the hive
+  bool show_progress = true;
+  std::string extract_path;  ///< a value's bytes go to this file instead; empty for none
 };
 
-/// The two commands for the current control set, the XP key first.
-std::vector<registry_command> build_shim_commands_current(const std::string& hive_path);
+enum class hive_outcome {
+  found,            ///< a key of a cache is there; it need not hold rows
+  nothing_found,    ///< none is
+  no_control_sets,  ///< all were asked for, and the hive has none or does not tell the current one
+};
 
-/// Fills `commands` with the two for each control set, the current one first. False: the hive has
-/// no control sets, or nothing that tells which is current.
-bool build_shim_commands_all(std::vector<registry_command>& commands, const reg_hive& hive,
-                             const std::string& hive_path);
-
-/// Runs the commands and writes what they find to `out`. Returns how many found something. A
-/// failed write of an extracted value fails `out`.
-size_t run_registry_commands(const std::vector<registry_command>& commands, std::ostream& out,
-                             const reg_hive& hive, registry_cmd_parameters& options);
+/// Writes the caches of an open SYSTEM hive, those of the current control set or of all. The hive
+/// came from `location`. A failed write of an extracted value fails the stream of rows.
+hive_outcome print_hive(const hive_output& output, const reg_hive& hive,
+                        const std::string& location);
 
 }  // namespace ovrik

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "driver/hive_source.h"
+#include "driver/plain_hive.h"
 #include "sources/ntfs/ntfs_file.h"
 #include "sources/ntfs/ntfs_path.h"
 
@@ -30,11 +30,13 @@ std::unique_ptr<reg_hive> open_volume_hive(std::unique_ptr<RAW_DISK_IO> disk,
   return read_volume_hive(volume, place.inner_path, place.log);
 }
 
-std::unique_ptr<reg_hive> open_image_hive(const std::string& image, const volume_place& place) {
+std::unique_ptr<reg_hive> open_image_hive(const std::string& image,
+                                          std::unique_ptr<RAW_DISK_IO> disk,
+                                          const volume_place& place) {
   if (image.starts_with("\\\\")) {
     if (auto hive = open_plain_hive(image + place.inner_path)) return hive;
   }
-  return open_volume_hive(open_image(image), place);
+  return open_volume_hive(std::move(disk), place);
 }
 
 std::unique_ptr<reg_hive> open_live_hive(const std::string& path, const volume_place& place) {

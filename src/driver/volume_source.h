@@ -36,8 +36,11 @@ std::unique_ptr<reg_hive> read_volume_hive(ntfs_volume& volume, const std::strin
 std::unique_ptr<reg_hive> open_volume_hive(std::unique_ptr<RAW_DISK_IO> disk,
                                            const volume_place& place);
 
-/// Reads the hive inside an image, or inside what a path with two backslashes in front leads to.
-std::unique_ptr<reg_hive> open_image_hive(const std::string& image, const volume_place& place);
+/// Reads the hive inside the image that `disk` is, or inside what a path with two backslashes in
+/// front leads to.
+std::unique_ptr<reg_hive> open_image_hive(const std::string& image,
+                                          std::unique_ptr<RAW_DISK_IO> disk,
+                                          const volume_place& place);
 
 /// Reads the hive from the mounted volume whose drive letter `path` begins with; without one,
 /// `path` as a whole names the volume.

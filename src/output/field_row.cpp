@@ -1,9 +1,8 @@
 #include "output/field_row.h"
 
-#include <algorithm>
-
 #include "base/number_text.h"
 #include "base/text.h"
+#include "output/line_ends.h"
 
 namespace ovrik {
 
@@ -16,7 +15,8 @@ bool has_line_end(const std::string& text) {
 /// Lays the cells of one row out into a line.
 class row_line {
  public:
-  row_line(const field_row& row, const row_settings& settings) : m_row(row), m_settings(settings) {}
+  row_line(const field_row& row, const row_writer& writer)
+      : m_row(row), m_settings(writer.settings()), m_columns(writer.columns()) {}
 
   std::string text() {
     const size_t count = m_row.cells.size();
@@ -31,17 +31,17 @@ class row_line {
 
  private:
   size_t width_of(size_t column) const {
-    return m_settings.tight_csv ? 0 : m_settings.columns[column].width;
+    return m_settings.tight_csv ? 0 : m_columns[column].width;
   }
 
   void begin_cell(size_t column) {
-    if (!m_settings.form_multiline) return;
-    const field_cell& name = m_settings.columns[column];
+    if (m_settings.form != row_form::multiline) return;
+    const field_cell& name = m_columns[column];
     append_padded_right(m_line, name.text, name.width);
   }
 
   void end_cell(bool last) {
-    if (m_settings.form_multiline) {
+    if (m_settings.form == row_form::multiline) {
       m_line += '\n';
     } else if (!last) {
       m_line += m_settings.csv_separator;
@@ -74,8 +74,7 @@ class row_line {
   void append_text(const std::string& text, size_t width) {
     const separator_pair& pair = m_settings.sub_separators;
     const bool separated = pair.from != 0 && text.find(pair.from) != std::string::npos;
-    const bool one_line =
-        m_settings.form_csv || m_settings.form_csvgen || has_stream_header(m_settings);
+    const bool one_line = escapes_line_ends(m_settings);
     const bool broken = one_line && has_line_end(text);
     if (!separated && !broken) {
       append_padded_right(m_line, text, width);
@@ -128,20 +127,11 @@ class row_line {
 
   const field_row& m_row;
   const row_settings& m_settings;
+  const std::vector<field_cell>& m_columns;
   std::string m_line;
   std::string m_date;
   std::string m_time;
 };
-
-/// Makes the columns' names the labels of the lines that the multi-line form gives each cell.
-void label_columns(row_settings& settings) {
-  size_t longest = 0;
-  for (field_cell& column : settings.columns) {
-    column.text += ':';
-    longest = std::max(longest, column.text.size());
-  }
-  for (field_cell& column : settings.columns) column.width = longest + 1;
-}
 
 }  // namespace
 
@@ -166,30 +156,8 @@ void row_set_text(field_row& row, size_t column, const std::string& text, uint32
   cell.text = quoted ? '"' + text + '"' : text;
 }
 
-void write_column_header(std::ostream& out, row_settings& settings) {
-  settings.emit_row_header = false;
-  std::string line;
-  for (const field_cell& column : settings.columns) {
-    if (&column != &settings.columns.front()) line += settings.csv_separator;
-    const bool time =
-        column.kind == cell_kind::time_joined || column.kind == cell_kind::time_header;
-    if (time && settings.pad_columns) line += ' ';
-    append_padded_right(line, column.text, settings.tight_csv ? 0 : column.width);
-  }
-  line += '\n';
-  out << line;
-}
-
-void write_row(std::ostream& out, const field_row& row, row_settings& settings) {
-  if (settings.emit_row_header) {
-    if (settings.form_multiline) {
-      settings.emit_row_header = false;
-      label_columns(settings);
-    } else {
-      write_column_header(out, settings);
-    }
-  }
-  out << row_line(row, settings).text();
+void write_row(row_writer& writer, const field_row& row) {
+  writer.out() << row_line(row, writer).text();
 }
 
 }  // namespace ovrik

@@ -2,18 +2,20 @@
 #pragma once
 
 #include <cstdint>
-#include <ostream>
 #include <string>
 #include <vector>
 
-#include "output/row_settings.h"
+#include "output/field_cell.h"
+#include "output/row_writer.h"
 
 namespace ovrik {
 
-/// The cells of one row. `style` is ORed into each cell that the row receives.
+/// The cells of one row under the columns of the running section. `style` is ORed into each cell
+/// that the row receives.
 struct field_row {
-  explicit field_row(const row_settings& settings)
-      : style(settings.quoted_csv ? field_cell::quote : 0), cells(settings.columns.size()) {}
+  explicit field_row(const row_writer& writer)
+      : style(writer.settings().quoted_csv ? field_cell::quote : 0),
+        cells(writer.columns().size()) {}
 
   uint32_t style;
   std::vector<field_cell> cells;  ///< as many as there are columns
@@ -28,10 +30,7 @@ size_t row_set_number(field_row& row, size_t column, uint64_t value, cell_kind k
 /// opening brace and a double quote. A column at or beyond the row's count is ignored.
 void row_set_text(field_row& row, size_t column, const std::string& text, uint32_t style = 0);
 
-/// Writes the header line from `settings.columns` and clears `settings.emit_row_header`.
-void write_column_header(std::ostream& out, row_settings& settings);
-
-/// Writes one row, and the header in front of it if that is due.
-void write_row(std::ostream& out, const field_row& row, row_settings& settings);
+/// Writes one row under the columns of the running section.
+void write_row(row_writer& writer, const field_row& row);
 
 }  // namespace ovrik

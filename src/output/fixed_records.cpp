@@ -4,6 +4,7 @@
 
 #include "base/number_text.h"
 #include "base/text.h"
+#include "output/line_ends.h"
 
 namespace ovrik {
 
@@ -57,8 +58,7 @@ class separated_line {
   bool m_first = true;
 };
 
-void write_timeline_header(std::ostream& out, row_settings& settings) {
-  settings.emit_row_header = false;
+std::string timeline_header(const row_settings& settings) {
   separated_line line(settings.csv_separator);
   if (settings.pair_datetime) {
     line.add("date/time");
@@ -70,14 +70,11 @@ void write_timeline_header(std::ostream& out, row_settings& settings) {
         "version", "filename", "inode", "notes", "format", "extra"}) {
     line.add(name);
   }
-  out << line.text();
+  return line.text();
 }
 
-void write_body_header(std::ostream& out, row_settings& settings) {
-  settings.emit_row_header = false;
-  out << "md5|name|inode|mode as string|uid|gid|size|"
-         "access time|modify time|mft time|create time\n";
-}
+constexpr const char* body_header =
+    "md5|name|inode|mode as string|uid|gid|size|access time|modify time|mft time|create time\n";
 
 std::string inode_text(const row_settings& settings) {
   return settings.hex_numbers ? "0x" + hex_text(source_inode, 8) : decimal_text(source_inode);
@@ -91,14 +88,14 @@ uint64_t slot_seconds(uint64_t filetime) {
 }
 
 timeline_record::timeline_record(const row_settings& settings)
-    : sourcetype(settings.artifact_title),
-      user(settings.user_name),
+    : user(settings.user_name),
       host(settings.host_name),
       inode(inode_text(settings)),
       format(settings.program_name + " (lorvane)") {}
 
-void write_timeline_row(std::ostream& out, const timeline_record& record, row_settings& settings) {
-  if (settings.emit_row_header) write_timeline_header(out, settings);
+void write_timeline_row(row_writer& writer, const timeline_record& record) {
+  const row_settings& settings = writer.settings();
+  if (writer.take_due_header()) writer.out() << timeline_header(settings);
   const separator_pair& pair = settings.sub_separators;
   const auto own_text = [&pair](std::string text) {
     if (pair.from != 0 && pair.to != 0) replace_all(text, pair.from, pair.to);
@@ -128,12 +125,12 @@ void write_timeline_row(std::ostream& out, const timeline_record& record, row_se
     line.add(own_text(record.short_text)).add(one_line(record.desc));
     line.add(decimal_text(record.version)).add(own_text(record.filename)).add(record.inode);
     line.add(one_line(record.notes)).add(record.format).add(one_line(record.extra));
-    out << line.text();
+    writer.out() << line.text();
   }
 }
 
-void write_body_row(std::ostream& out, const body_record& record, row_settings& settings) {
-  if (settings.emit_row_header) write_body_header(out, settings);
+void write_body_row(row_writer& writer, const body_record& record) {
+  if (writer.take_due_header()) writer.out() << body_header;
   std::string name = record.name;
   replace_all(name, '|', ';');
   separated_line line("|");
@@ -143,7 +140,7 @@ void write_body_row(std::ostream& out, const body_record& record, row_settings& 
   for (const time_slot slot : {accessed_slot, modified_slot, changed_slot, born_slot}) {
     line.add(decimal_text(record.seconds[slot]));
   }
-  out << line.text();
+  writer.out() << line.text();
 }
 
 }  // namespace ovrik

@@ -3,10 +3,9 @@
 
 #include <array>
 #include <cstdint>
-#include <ostream>
 #include <string>
 
-#include "output/row_settings.h"
+#include "output/row_writer.h"
 
 namespace ovrik {
 
@@ -23,7 +22,7 @@ struct timeline_record {
   std::array<uint64_t, time_slots> seconds{};  ///< since 1970; 0 for none
   std::array<std::string, time_slots> labels;
   std::string source;
-  std::string sourcetype;  ///< the title of the running section
+  std::string sourcetype;  ///< the title of the section
   std::string user;
   std::string host;
   std::string short_text;
@@ -38,7 +37,7 @@ struct timeline_record {
 
 /// Writes the rows of a record in ascending time, and the header in front if it is due. A record
 /// without a valid time has no row.
-void write_timeline_row(std::ostream& out, const timeline_record& record, row_settings& settings);
+void write_timeline_row(row_writer& writer, const timeline_record& record);
 
 /// One file as the body-file form tells it.
 struct body_record {
@@ -48,6 +47,6 @@ struct body_record {
 };
 
 /// Writes the row of a record, and the header in front if it is due.
-void write_body_row(std::ostream& out, const body_record& record, row_settings& settings);
+void write_body_row(row_writer& writer, const body_record& record);
 
 }  // namespace ovrik

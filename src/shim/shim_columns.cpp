@@ -18,7 +18,7 @@ constexpr size_t path_width = 20;
 /// Gathers the columns of a section.
 class column_list {
  public:
-  explicit column_list(const shim_settings& settings) : m_settings(settings) {}
+  explicit column_list(const row_settings& settings) : m_settings(settings) {}
 
   void add(const char* name, size_t width, cell_kind kind = cell_kind::text) {
     field_cell column;
@@ -43,15 +43,16 @@ class column_list {
   std::vector<field_cell> columns;
 
  private:
-  const shim_settings& m_settings;
+  const row_settings& m_settings;
 };
 
 /// Fills the cells of a row from left to right.
 class cell_list {
  public:
-  explicit cell_list(const shim_settings& settings)
-      : row(settings),
-        m_time_kind(settings.pair_datetime ? cell_kind::time_joined : cell_kind::time_pair) {}
+  explicit cell_list(const row_writer& writer)
+      : row(writer),
+        m_time_kind(writer.settings().pair_datetime ? cell_kind::time_joined
+                                                    : cell_kind::time_pair) {}
 
   void add_time(uint64_t filetime) { add_number(filetime, m_time_kind); }
 
@@ -92,9 +93,10 @@ std::string shim_flags_meaning(uint32_t flags1) {
   return meaning;
 }
 
-std::vector<field_cell> shim_columns(shim_layout layout, const shim_settings& settings) {
-  column_list list(settings);
-  if (settings.reg_update_time != 0) {
+std::vector<field_cell> shim_columns(shim_layout layout, const cache_section& section,
+                                     const shim_settings& settings, const row_settings& rows) {
+  column_list list(rows);
+  if (section.key_time != 0) {
     list.add_time("reg date [UTC]", cell_kind::time_header, "reg date", "reg-UTC");
   }
   list.add_time("file modify [UTC]", cell_kind::text, "file mod", "time-UTC");
@@ -110,17 +112,17 @@ std::vector<field_cell> shim_columns(shim_layout layout, const shim_settings& se
     list.add("meaning (experimental)", meaning_width);
   }
   if (settings.inc_slack) list.add("slack", short_width);
-  if (!settings.host_name.empty()) {
-    list.add("hostname", std::max(settings.host_name.size(), least_host_width));
+  if (!rows.host_name.empty()) {
+    list.add("hostname", std::max(rows.host_name.size(), least_host_width));
   }
   list.add("Path/file", path_width);
   return std::move(list.columns);
 }
 
-field_row shim_row(const shim_cache_entry& entry, shim_layout layout,
-                   const shim_settings& settings) {
-  cell_list cells(settings);
-  if (settings.reg_update_time != 0) cells.add_time(settings.reg_update_time);
+field_row shim_row(const shim_cache_entry& entry, shim_layout layout, const cache_section& section,
+                   const shim_settings& settings, const row_writer& writer) {
+  cell_list cells(writer);
+  if (section.key_time != 0) cells.add_time(section.key_time);
   cells.add_time(entry.modified_time);
   if (layout == shim_layout::xp) cells.add_time(entry.update_time);
   cells.add_number(entry.entry_number, cell_kind::number32, field_cell::always_decimal);
@@ -138,7 +140,8 @@ field_row shim_row(const shim_cache_entry& entry, shim_layout layout,
     cells.add_text(shim_flags_meaning(entry.flags1));
   }
   if (settings.inc_slack) cells.add_text(entry.in_slack ? "*" : "");
-  if (!settings.host_name.empty()) cells.add_text(settings.host_name);
+  const std::string& host = writer.settings().host_name;
+  if (!host.empty()) cells.add_text(host);
   cells.add_text(entry.path_raw);
   return std::move(cells.row);
 }

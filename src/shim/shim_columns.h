@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "output/field_row.h"
+#include "shim/cache_section.h"
 #include "shim/shim_cache.h"
 #include "shim/shim_settings.h"
 
@@ -21,11 +22,12 @@ bool has_flags(shim_layout layout);
 std::string shim_flags_meaning(uint32_t flags1);
 
 /// The columns of a section whose first entry is of `layout`.
-std::vector<field_cell> shim_columns(shim_layout layout, const shim_settings& settings);
+std::vector<field_cell> shim_columns(shim_layout layout, const cache_section& section,
+                                     const shim_settings& settings, const row_settings& rows);
 
-/// The cells of one entry under the columns in `settings.columns`, which `shim_columns` made for
+/// The cells of one entry under the columns of the writer's section, which `shim_columns` made for
 /// the same `layout`.
-field_row shim_row(const shim_cache_entry& entry, shim_layout layout,
-                   const shim_settings& settings);
+field_row shim_row(const shim_cache_entry& entry, shim_layout layout, const cache_section& section,
+                   const shim_settings& settings, const row_writer& writer);
 
 }  // namespace ovrik

@@ -70,54 +70,73 @@ std::string extra_words(const shim_cache_entry& entry, shim_layout layout, bool 
          (meaning.empty() ? "" : "; [" + meaning + "]");
 }
 
-void write_timeline(std::ostream& out, const shim_cache_entry& entry, shim_layout layout,
-                    shim_settings& settings) {
-  timeline_record record(settings);
+/// What the rows of one cache have in common.
+struct row_context {
+  row_writer& writer;
+  const cache_section& section;
+  const shim_settings& settings;
+  shim_layout layout;  ///< all valid entries of one cache have one
+};
+
+void write_cells(const row_context& context, const shim_cache_entry& entry) {
+  const auto& [writer, section, settings, layout] = context;
+  write_row(writer, shim_row(entry, layout, section, settings, writer));
+}
+
+void write_timeline(const row_context& context, const shim_cache_entry& entry) {
+  const auto& [writer, section, settings, layout] = context;
+  timeline_record record(writer.settings());
   record.seconds[modified_slot] = slot_seconds(entry.modified_time);
   record.seconds[changed_slot] = slot_seconds(entry.update_time);
   record.labels = {"File Modified", "Last Accessed", "RegKey Updated", "Created"};
   record.source = "REG";
+  record.sourcetype = section.title;
   record.short_text = entry.path_raw;
   record.desc = path_with_order(entry, layout);
   if (settings.inc_slack && entry.in_slack) record.notes = "Slack entry; ";
-  record.notes += extra_words(entry, layout, settings.hex_numbers);
-  record.filename = aliased_hive_location(settings);
+  record.notes += extra_words(entry, layout, writer.settings().hex_numbers);
+  record.filename = section.hive_location;
   record.extra = "entry# " + decimal_text(entry.entry_number);
-  write_timeline_row(out, record, settings);
+  write_timeline_row(writer, record);
 }
 
-void write_body(std::ostream& out, const shim_cache_entry& entry, shim_layout layout,
-                shim_settings& settings) {
+void write_body(const row_context& context, const shim_cache_entry& entry) {
+  const auto& [writer, section, settings, layout] = context;
   body_record record;
   record.name =
       "entry# " + decimal_text(entry.entry_number) + "; " + path_with_order(entry, layout);
-  if (!settings.artifact_title.empty()) record.name += " (" + settings.artifact_title + ")";
+  if (!section.title.empty()) record.name += " (" + section.title + ")";
   record.size = entry.file_size;
   record.seconds[modified_slot] = slot_seconds(entry.modified_time);
   record.seconds[changed_slot] = slot_seconds(entry.update_time);
-  write_body_row(out, record, settings);
+  write_body_row(writer, record);
 }
 
-void write_shim_rows(std::ostream& out, const shim_cache_results& results,
-                     shim_settings& settings) {
-  if (settings.section_headers && !settings.section_text.empty()) {
-    out << settings.section_text << '\n';
-    settings.section_text.clear();
+using entry_writer = void (*)(const row_context& context, const shim_cache_entry& entry);
+
+/// What writes an entry in a form.
+entry_writer writer_of(row_form form) {
+  switch (form) {
+    case row_form::l2t:
+      return write_timeline;
+    case row_form::bodyfile:
+      return write_body;
+    default:
+      return write_cells;
   }
-  // All valid entries of one cache have one layout.
-  const shim_layout layout = results.front().layout;
-  if (settings.emit_row_header && (settings.form_csv || !has_stream_header(settings))) {
-    settings.columns = shim_columns(layout, settings);
-    if (!settings.form_multiline) write_column_header(out, settings);
+}
+
+void write_shim_rows(const row_context& context, const shim_cache_results& results) {
+  row_writer& writer = context.writer;
+  writer.write_heading();
+  if (writer.needs_columns()) {
+    writer.set_columns(
+        shim_columns(context.layout, context.section, context.settings, writer.settings()));
   }
-  for (const shim_cache_entry* entry : entries_in_row_order(results, settings.sort_by_name)) {
-    if (settings.form_bodyfile) {
-      write_body(out, *entry, layout, settings);
-    } else if (settings.form_l2t) {
-      write_timeline(out, *entry, layout, settings);
-    } else {
-      write_row(out, shim_row(*entry, layout, settings), settings);
-    }
+  const entry_writer write_entry = writer_of(writer.settings().form);
+  for (const shim_cache_entry* entry :
+       entries_in_row_order(results, context.settings.sort_by_name)) {
+    write_entry(context, *entry);
   }
 }
 
@@ -138,11 +157,12 @@ bool dump_shim_slack(std::ostream& out, const shim_cache_results& results, byte_
 
 }  // namespace
 
-bool output_shim_cache(std::ostream& out, const shim_cache_results& results,
-                       shim_settings& settings, byte_view data) {
+bool output_shim_cache(row_writer& writer, const cache_section& section,
+                       const shim_cache_results& results, const shim_settings& settings,
+                       byte_view data) {
   if (results.empty()) return false;
-  if (settings.raw_mode) return dump_shim_slack(out, results, data);
-  write_shim_rows(out, results, settings);
+  if (settings.raw_mode) return dump_shim_slack(writer.out(), results, data);
+  write_shim_rows({writer, section, settings, results.front().layout}, results);
   return true;
 }
 

@@ -6,6 +6,7 @@
 
 #include "output/field_row.h"
 #include "output/fixed_records.h"
+#include "output/line_ends.h"
 #include "support/bytes.h"
 
 namespace {
@@ -20,15 +21,19 @@ TEST(rows, cells_under_narrow_columns_and_beyond_them) {
       {true, "2014-03-05, 12:00:00.000,0x0000001a,,{\"h\", 2014-03-05 12:00:00.000\n"}};
   for (const auto& [tight, expected] : forms) {
     row_settings settings;
-    settings.columns = {{.width = 3, .text = "date"},
-                        {.kind = cell_kind::time_header, .width = 3, .text = "time"},
-                        {.width = 3, .text = "flags"},
-                        {.width = 3, .text = "size"},
-                        {.width = 3, .text = "host"},
-                        {.kind = cell_kind::time_joined, .width = 3, .text = "both"}};
+    const std::vector<field_cell> columns = {
+        {.width = 3, .text = "date"},
+        {.kind = cell_kind::time_header, .width = 3, .text = "time"},
+        {.width = 3, .text = "flags"},
+        {.width = 3, .text = "size"},
+        {.width = 3, .text = "host"},
+        {.kind = cell_kind::time_joined, .width = 3, .text = "both"}};
     settings.tight_csv = tight;
     set_csv_separator(settings, ",");
-    field_row row(settings);
+    std::ostringstream out;
+    row_writer writer(out, settings);
+    writer.set_columns(columns);
+    field_row row(writer);
     const uint64_t noon = test_support::filetime(2014, 3, 5, 12);
     EXPECT_EQ(row_set_number(row, 0, noon, cell_kind::time_pair), 2U);
     EXPECT_EQ(row_set_number(row, 2, 26, cell_kind::number32), 1U);
@@ -37,10 +42,41 @@ TEST(rows, cells_under_narrow_columns_and_beyond_them) {
     row_set_number(row, 5, noon, cell_kind::time_joined);
     row_set_text(row, 6, "beyond");
     row_set_number(row, 6, 1, cell_kind::number32);
-    std::ostringstream out;
-    write_row(out, row, settings);
-    EXPECT_FALSE(settings.emit_row_header);
+    write_row(writer, row);
+    EXPECT_FALSE(writer.needs_columns());
     EXPECT_EQ(out.str(), "date, time,flags,size,host, both\n" + expected);
+  }
+}
+
+TEST(row_writer, headings_and_headers_wait_for_rows) {
+  struct {
+    row_form form;
+    const char* once;       ///< in front of the first row of a section
+    const char* new_value;  ///< in front of the first row of another value in it
+    const char* again;      ///< in front of the first row of the next section
+  } const rows[] = {{row_form::csv, "two\ncolumn\n", "", "three\ncolumn\n"},
+                    {row_form::multiline, "two\n", "", "three\n"},
+                    {row_form::bodyfile, "two\nheader\n", "", "three\n"},
+                    {row_form::l2t, "header\n", "", ""}};
+  for (const auto& row : rows) {
+    row_settings settings;
+    settings.form = row.form;
+    settings.tight_csv = true;
+    std::ostringstream out;
+    row_writer writer(out, settings);
+    const auto first_row = [&writer, &out] {
+      out.str("");
+      writer.write_heading();
+      if (writer.needs_columns()) writer.set_columns({{.text = "column"}});
+      if (writer.take_due_header()) out << "header\n";
+      return out.str();
+    };
+    writer.begin_section("one");  // no row comes for it
+    writer.begin_section("two");
+    EXPECT_EQ(first_row(), row.once) << row.once;
+    EXPECT_EQ(first_row(), row.new_value) << row.once;
+    writer.begin_section("three");
+    EXPECT_EQ(first_row(), row.again) << row.once;
   }
 }
 
@@ -70,13 +106,15 @@ TEST(timeline, equal_times_share_a_row_and_rows_ascend) {
   for (const auto& [seconds, marks] : rows) {
     row_settings settings;
     settings.pair_datetime = true;
-    settings.hex_numbers = settings.emit_row_header = false;
+    settings.hex_numbers = false;
     timeline_record record(settings);
     record.seconds = seconds;
     record.labels = {"Mod", "Acc", "Reg", "Born"};
     record.short_text = record.desc = record.filename = record.notes = record.extra = path;
     std::ostringstream out;
-    write_timeline_row(out, record, settings);
+    row_writer writer(out, settings);
+    writer.take_due_header();
+    write_timeline_row(writer, record);
     std::string expected;
     for (const std::string& mark : marks) {
       const size_t type = mark.rfind("| ");
@@ -90,7 +128,9 @@ TEST(timeline, equal_times_share_a_row_and_rows_ascend) {
   row_settings settings;
   settings.pair_datetime = true;
   std::ostringstream header;
-  write_timeline_row(header, timeline_record(settings), settings);
+  row_writer writer(header, settings);
+  write_timeline_row(writer, timeline_record(settings));
+  write_timeline_row(writer, timeline_record(settings));
   EXPECT_EQ(header.str(),
             "date/time | timezone | MACB | source | sourcetype | type | user | host | short | desc "
             "| version | filename | inode | notes | format | extra\n");
@@ -98,10 +138,11 @@ TEST(timeline, equal_times_share_a_row_and_rows_ascend) {
 }
 
 TEST(body, shows_every_time) {
-  row_settings settings;
-  settings.emit_row_header = false;
+  const row_settings settings;
   std::ostringstream out;
-  write_body_row(out, {.name = "a|b,c", .size = 5, .seconds = {1, 2, 3, UINT64_MAX}}, settings);
+  row_writer writer(out, settings);
+  writer.take_due_header();
+  write_body_row(writer, {.name = "a|b,c", .size = 5, .seconds = {1, 2, 3, UINT64_MAX}});
   EXPECT_EQ(out.str(), "0|a;b,c|0||0|0|5|2|1|3|18446744073709551615\n");
 }
 

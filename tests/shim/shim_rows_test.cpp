@@ -15,19 +15,23 @@ namespace {
 using namespace ovrik;
 using namespace test_support;
 
-shim_settings tight() {
-  shim_settings settings;
-  settings.tight_csv = true;
-  settings.pad_columns = false;
-  set_csv_separator(settings, ",");
-  return settings;
+row_settings tight(row_form form = row_form::padded) {
+  row_settings rows;
+  rows.form = form;
+  rows.tight_csv = true;
+  rows.pad_columns = false;
+  set_csv_separator(rows, ",");
+  return rows;
 }
 
-std::string output(const bytes& cache, shim_settings settings, uint32_t slack = 0) {
+std::string output(const bytes& cache, const row_settings& rows, const shim_settings& settings = {},
+                   uint32_t slack = 0) {
   shim_cache_results results;
   parse_shim_cache(results, byte_view(cache), slack, settings.raw_mode);
   std::ostringstream out;
-  EXPECT_EQ(output_shim_cache(out, results, settings, byte_view(cache)), !results.empty());
+  row_writer writer(out, rows);
+  writer.begin_section("heading");
+  EXPECT_EQ(output_shim_cache(writer, {}, results, settings, byte_view(cache)), !results.empty());
   return out.str();
 }
 
@@ -59,7 +63,7 @@ TEST(shim_rows, each_layout_has_its_columns) {
                                               {14, plain + time + "0,"}};
   for (const auto& [layout, text] : rows) {
     const bytes cache = cache_builder(layout).entry(sample()).order({5}).bytes();
-    EXPECT_EQ(output(cache, tight()), text + "C:\\a.exe\n") << layout;
+    EXPECT_EQ(output(cache, tight()), "heading\n" + text + "C:\\a.exe\n") << "layout " << layout;
   }
 }
 
@@ -67,17 +71,16 @@ TEST(shim_rows, slack_entries_are_marked) {
   cache_builder cache(13);
   const bytes block = cache.entry(sample()).entry(sample()).bytes();
   const auto slack = static_cast<uint32_t>(block.size() - cache.entry_at(1));
-  shim_settings settings = tight();
-  settings.inc_slack = true;
-  settings.host_name = "PC-1";
-  settings.section_text = "heading";
+  const shim_settings settings{.inc_slack = true};
+  row_settings rows = tight();
+  rows.host_name = "PC-1";
   const std::string time = "2014-03-05,12:00:00.000,";
-  EXPECT_EQ(output(block, settings, slack),
+  EXPECT_EQ(output(block, rows, settings, slack),
             "heading\nfile mod,time-UTC,entry,slack,hostname,Path/file\n" + time +
                 "0,,PC-1,C:\\a.exe\n" + time + "1,*,PC-1,C:\\a.exe\n");
-  EXPECT_EQ(output({}, settings), "");  // no heading without rows
-  settings.form_l2t = true;
-  EXPECT_NE(output(block, settings, slack).find(",Slack entry; , (lorvane),entry# 1\n"),
+  EXPECT_EQ(output({}, rows, settings), "");  // no heading without rows
+  EXPECT_NE(output(block, tight(row_form::l2t), settings, slack)
+                .find(",Slack entry; , (lorvane),entry# 1\n"),
             std::string::npos);
 }
 
@@ -92,15 +95,14 @@ TEST(shim_rows, order_is_by_number_text_or_by_name) {
     entry.entry_number = number;
     entry.valid = number != 2;
   }
-  for (const bool by_name : {false, true}) {
-    shim_settings settings = tight();
-    settings.emit_row_header = false;
-    settings.sort_by_name = by_name;
-    settings.columns = shim_columns(shim_layout::win10, settings);
+  const std::pair<bool, const char*> orders[] = {{false, ",,7,b\n,,8,b\n,,100000,a\n,,99999,c\n"},
+                                                 {true, ",,100000,a\n,,7,b\n,,8,b\n,,99999,c\n"}};
+  for (const auto& [by_name, expected] : orders) {
+    const row_settings rows = tight();
     std::ostringstream out;
-    ASSERT_TRUE(output_shim_cache(out, results, settings, byte_view()));
-    EXPECT_EQ(out.str(), by_name ? ",,100000,a\n,,7,b\n,,8,b\n,,99999,c\n"
-                                 : ",,7,b\n,,8,b\n,,100000,a\n,,99999,c\n");
+    row_writer writer(out, rows);
+    ASSERT_TRUE(output_shim_cache(writer, {}, results, {.sort_by_name = by_name}, byte_view()));
+    EXPECT_EQ(out.str(), std::string("file mod,time-UTC,entry,Path/file\n") + expected);
   }
 }
 
@@ -118,12 +120,11 @@ TEST(shim_rows, words_of_flags_and_sizes) {
                                                {13, ""},
                                                {9, "no row"}};
   for (const auto& [layout, text] : notes) {
-    shim_settings settings = tight();
-    settings.form_l2t = true;
-    settings.hex_numbers = settings.emit_row_header = false;
-    const std::string row = output(cache_builder(layout).entry(sample(1)).bytes(), settings);
-    EXPECT_TRUE(layout == 9 ? row.empty() : row.find(",0," + text + ", (lorvane)") != row.npos)
-        << row;
+    row_settings rows = tight(row_form::l2t);
+    rows.hex_numbers = false;
+    const std::string row = output(cache_builder(layout).entry(sample(1)).bytes(), rows);
+    const size_t place = row.find(",0," + text + ", (lorvane)");
+    EXPECT_EQ(place == row.npos, layout == 9) << "layout " << layout << ": " << row;
   }
 }
 

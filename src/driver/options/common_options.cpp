@@ -1,28 +1,16 @@
 // The table of the common options. Its order is the order of reading and is binding: an option
 // takes the argument behind it even if that looks like an option which is read later, and among
 // the output forms the one read last wins.
-#include "driver/options/common_options.h"
-
-#include <memory>
-#include <utility>
-
 #include "base/number_text.h"
 #include "base/text.h"
-#include "driver/host/console.h"
-#include "driver/options/date_window.h"
-#include "driver/options/evidence_guard.h"
-#include "driver/options/hive_aliases.h"
+#include "driver/options/option_reading.h"
 #include "driver/options/path_variables.h"
-#include "driver/results_file.h"
-#include "output/streams.h"
+#include "output/lv_time.h"
 #include "sources/host/host_path.h"
 
 namespace ovrik {
 
 namespace {
-
-/// What an option does with its value (empty for a flag). False: the run must stop.
-using option_effect = bool (*)(cmd_params& options, const std::string& value, argument_list& args);
 
 enum class option_form {
   flag,
@@ -34,97 +22,88 @@ struct common_option {
   const char* name;
   option_form form;
   option_effect effect;
-  bool (*is_read)(const cmd_params& options) = nullptr;  ///< when not always
+  bool (*is_read)(const run_options& options) = nullptr;  ///< when not always
 };
 
-/// Makes one output form the only one; `form_csvgen` stays beside a later form.
-void choose_form(cmd_params& options, bool row_settings::*form, const char* separator) {
-  options.form_csv = false;
-  options.form_l2t = false;
-  options.form_bodyfile = false;
-  options.form_xml = false;
-  options.form_multiline = false;
-  options.*form = true;
-  options.emit_row_header = form != &row_settings::form_xml;
-  set_csv_separator(options, separator);
-}
-
-bool accept(cmd_params& /*options*/, const std::string& /*value*/, argument_list& /*args*/) {
+bool choose_form(option_reading& reading, row_form form, const char* separator) {
+  reading.options.rows.form = form;
+  set_csv_separator(reading.options.rows, separator);
   return true;
 }
 
-bool refuse(cmd_params& /*options*/, const std::string& /*value*/, argument_list& /*args*/) {
-  print_message("This option is not offered in this build\n");
+bool accept(option_reading& /*reading*/, const std::string& /*value*/) { return true; }
+
+bool refuse(option_reading& reading, const std::string& /*value*/) {
+  reading.words += "This option is not offered in this build\n";
   return false;
 }
 
-bool open_diagnostics(cmd_params& options, const std::string& value, argument_list& args) {
-  if (!is_free_of_evidence(value, args)) return false;
-  auto stream = std::make_unique<uni::file_output>(value);
-  if (!stream->is_open()) return true;
-  options.diag_on = true;
-  options.diag_path = value;
-  options.diag_stream = std::move(stream);
-  *options.diag_stream << "->" << options.command_line << '\n';
+bool take_diagnostics_file(option_reading& reading, const std::string& value) {
+  reading.options.diagnostics = {.given = true, .path = value, .beside = reading.args};
   return true;
 }
 
-bool take_results_file(cmd_params& options, const std::string& value, argument_list& args) {
-  options.out_path = with_host_separators(expand_path_variables(value));
-  options.out_file_given = true;
-  return is_free_of_evidence(options.out_path, args) && probe_results_file(options.out_path);
+bool take_results_file(option_reading& reading, const std::string& value) {
+  reading.options.results = {.given = true,
+                             .path = with_host_separators(expand_path_variables(value)),
+                             .beside = reading.args};
+  return true;
 }
 
-bool take_filter(cmd_params& options, const std::string& value, argument_list& args) {
+bool take_filter(option_reading& reading, const std::string& value) {
   std::vector<file_filter> filters;
   parse_filter(filters, value);
-  options.filters.insert(options.filters.end(), filters.begin(), filters.end());
+  std::vector<file_filter>& all = reading.options.list.filters;
+  all.insert(all.end(), filters.begin(), filters.end());
   std::string unread;
-  take_option("-filter_path", unread, args);
+  take_option("-filter_path", unread, reading.args);
   return true;
 }
 
-bool skip_filter(cmd_params& /*options*/, const std::string& /*value*/, argument_list& args) {
+bool skip_filter(option_reading& reading, const std::string& /*value*/) {
   std::string unread;
-  take_option("-filter_path", unread, args);
+  take_option("-filter_path", unread, reading.args);
   return true;
 }
 
 /// Takes a date or time format of a plausible shape; says so if it is not.
-void take_format(std::string& format, const std::string& value, bool plausible) {
+bool take_format(std::string& format, const std::string& value, bool plausible,
+                 std::string& words) {
   if (plausible) {
     format = lower_ascii(value);
   } else {
-    print_message("invalid %s, using default format\n", value.c_str());
+    words += "invalid " + value + ", using default format\n";
   }
-}
-
-bool take_date_format(cmd_params& options, const std::string& value, argument_list& /*args*/) {
-  take_format(options.date_format, value, value.size() == 8 || value.size() == 10);
   return true;
 }
 
-bool take_time_format(cmd_params& options, const std::string& value, argument_list& /*args*/) {
+bool take_date_format(option_reading& reading, const std::string& value) {
+  const bool plausible = value.size() == 8 || value.size() == 10;
+  return take_format(reading.date_format, value, plausible, reading.words);
+}
+
+bool take_time_format(option_reading& reading, const std::string& value) {
   const bool length_known = value.size() == 8 || (value.size() >= 12 && value.size() <= 18);
-  take_format(options.time_format_text, value,
-              length_known && value.find(':') != std::string::npos);
-  return true;
+  const bool plausible = length_known && value.find(':') != std::string::npos;
+  return take_format(reading.time_format, value, plausible, reading.words);
 }
 
-bool quote_fields(cmd_params& options, const std::string& /*value*/, argument_list& /*args*/) {
-  options.quoted_csv = true;
-  if (options.csv_separator.find('\t') == std::string::npos) {
-    options.csv_separator = trim(options.csv_separator);
+bool quote_fields(option_reading& reading, const std::string& /*value*/) {
+  row_settings& rows = reading.options.rows;
+  rows.quoted_csv = true;
+  if (rows.csv_separator.find('\t') == std::string::npos) {
+    rows.csv_separator = trim(rows.csv_separator);
   }
-  options.pad_columns = false;
-  options.sub_separators.from = 0;
+  rows.pad_columns = false;
+  rows.sub_separators.from = 0;
   return true;
 }
 
-bool drop_blanks(cmd_params& options, const std::string& /*value*/, argument_list& /*args*/) {
-  options.tight_csv = true;
-  options.pad_columns = false;
-  remove_all(options.csv_separator, ' ');
+bool drop_blanks(option_reading& reading, const std::string& /*value*/) {
+  row_settings& rows = reading.options.rows;
+  rows.tight_csv = true;
+  rows.pad_columns = false;
+  remove_all(rows.csv_separator, ' ');
   return true;
 }
 
@@ -132,110 +111,95 @@ constexpr option_form flag = option_form::flag;
 constexpr option_form with_value = option_form::value;
 constexpr option_form repeated = option_form::repeated_value;
 
-constexpr auto diagnostics_open = [](const cmd_params& o) { return o.diag_on; };
-constexpr auto results_file_open = [](const cmd_params& o) { return !o.out_file_given; };
+constexpr auto diagnostics_given = [](const run_options& o) { return o.diagnostics.given; };
+constexpr auto no_results_file = [](const run_options& o) { return !o.results.given; };
 
-// The short parameter names keep the table readable: o the options, v the value.
+// The short names keep the table readable: r the command line that is being read, v the value.
+using line = option_reading&;
 using text = const std::string&;
-using list = argument_list&;
 
 const common_option common_options[] = {
-    {"-pair_datetime", flag, [](cmd_params& o, text, list) { return o.pair_datetime = true; }},
-    {"-diags", with_value, open_diagnostics},
-    {"-l2", flag, [](cmd_params& o, text, list) { return o.diag_level = 2, true; },
-     diagnostics_open},
-    {"-l3", flag, [](cmd_params& o, text, list) { return o.diag_level = 3, true; },
-     diagnostics_open},
+    {"-pair_datetime", flag, [](line r, text) { return r.options.rows.pair_datetime = true; }},
+    {"-diags", with_value, take_diagnostics_file},
+    {"-l2", flag, accept, diagnostics_given},
+    {"-l3", flag, accept, diagnostics_given},
     {"-csv", flag,
-     [](cmd_params& o, text, list) {
-       choose_form(o, &row_settings::form_csv, ",");
-       o.tight_csv = !o.pair_datetime;
-       return true;
+     [](line r, text) {
+       r.options.rows.tight_csv = !r.options.rows.pair_datetime;
+       return choose_form(r, row_form::csv, ",");
      }},
     {"-csvgen", flag,
-     [](cmd_params& o, text, list) {
-       choose_form(o, &row_settings::form_csvgen, ",");
-       return o.tight_csv = true;
+     [](line r, text) {
+       r.options.rows.tight_csv = r.options.rows.csvgen_given = true;
+       return choose_form(r, row_form::csvgen, ",");
      }},
-    {"-csvl2t", flag,
-     [](cmd_params& o, text, list) {
-       choose_form(o, &row_settings::form_l2t, ",");
-       return true;
-     }},
-    {"-bodyfile", flag,
-     [](cmd_params& o, text, list) {
-       choose_form(o, &row_settings::form_bodyfile, "|");
-       return true;
-     }},
-    {"-xml", flag,
-     [](cmd_params& o, text, list) {
-       choose_form(o, &row_settings::form_xml, "");
-       return true;
-     }},
-    {"-multiline", flag,
-     [](cmd_params& o, text, list) {
-       choose_form(o, &row_settings::form_multiline, "");
-       return true;
-     }},
+    {"-csvl2t", flag, [](line r, text) { return choose_form(r, row_form::l2t, ","); }},
+    {"-bodyfile", flag, [](line r, text) { return choose_form(r, row_form::bodyfile, "|"); }},
+    {"-xml", flag, [](line r, text) { return choose_form(r, row_form::xml, ""); }},
+    {"-multiline", flag, [](line r, text) { return choose_form(r, row_form::multiline, ""); }},
     {"-alias", with_value,
-     [](cmd_params& o, text v, list) { return add_file_aliases(o, expand_path_variables(v)); }},
+     [](line r, text v) {
+       return add_file_aliases(r.options.aliases, expand_path_variables(v), r.words);
+     }},
     {"-aliaspath", with_value,
-     [](cmd_params& o, text v, list) { return add_path_aliases(o, expand_path_variables(v)); }},
+     [](line r, text v) {
+       return add_path_aliases(r.options.aliases, expand_path_variables(v), r.words);
+     }},
     {"-gzip", flag, accept},
     {"-zlib", flag, accept},
     {"-threads", with_value, accept},
     {"-zlibex", with_value, accept},
     {"-sqlite_log", with_value, refuse},
     {"-sqlite", with_value, refuse},
-    {"-signal", with_value, [](cmd_params& o, text v, list) { return o.signal_name = v, true; }},
-    {"-hostname", with_value, [](cmd_params& o, text v, list) { return o.host_name = v, true; }},
+    {"-signal", with_value, [](line r, text v) { return r.options.signal_name = v, true; }},
+    {"-hostname", with_value, [](line r, text v) { return r.options.rows.host_name = v, true; }},
     {"-split_pathfile", flag, accept},
-    {"-username", with_value, [](cmd_params& o, text v, list) { return o.user_name = v, true; }},
+    {"-username", with_value, [](line r, text v) { return r.options.rows.user_name = v, true; }},
     {"-cpuinst", with_value, accept},
     {"-cpu", with_value, accept},
     {"-fragment_files", with_value, accept},
     {"-separate_files", flag, accept},
     {"-out", with_value, take_results_file},
-    {"-outfile", with_value, take_results_file, results_file_open},
+    {"-outfile", with_value, take_results_file, no_results_file},
     {"-outdir", with_value, accept},
     {"-enumdir", with_value,
-     [](cmd_params& o, text v, list) {
-       o.enumdir_path = expand_path_variables(v);
-       return o.enumdir_mode = true;
+     [](line r, text v) {
+       r.options.list.folder = expand_path_variables(v);
+       return r.options.list.from_folder = true;
      }},
     {"-num_subdirs", with_value,
-     [](cmd_params& o, text v, list) { return parse_u32(v, o.num_subdirs), true; }},
-    {"-profile", flag, [](cmd_params& o, text, list) { return o.profile = true; }},
-    {"-pipe", flag, [](cmd_params& o, text, list) { return o.pipe_mode = true; }},
+     [](line r, text v) { return parse_u32(v, r.options.list.num_subdirs), true; }},
+    {"-profile", flag, [](line r, text) { return r.options.profile = true; }},
+    {"-pipe", flag, [](line r, text) { return r.options.list.from_standard_input = true; }},
     {"-filter_skip", repeated, skip_filter},
     {"-filter", repeated, take_filter},
     {"-filter_sig", repeated,
-     [](cmd_params& o, text v, list) { return append_signature_filter(o.filters, v), true; }},
+     [](line r, text v) { return append_signature_filter(r.options.list.filters, v), true; }},
     {"-cmd_start_time", with_value,
-     [](cmd_params& o, text v, list) { return take_start_time(o, v); }},
+     [](line r, text v) { return take_start_time(r.options.list.window, v, r.words); }},
     {"-cmd_stop_time", with_value,
-     [](cmd_params& o, text v, list) { return take_stop_time(o, v); }},
-    {"-base10", flag, [](cmd_params& o, text, list) { return o.hex_numbers = false, true; }},
-    {"-base16", flag, [](cmd_params& o, text, list) { return o.hex_numbers = true; }},
+     [](line r, text v) { return take_stop_time(r.options.list.window, v, r.words); }},
+    {"-base10", flag, [](line r, text) { return r.options.rows.hex_numbers = false, true; }},
+    {"-base16", flag, [](line r, text) { return r.options.rows.hex_numbers = true; }},
     {"-csv_separator", with_value,
-     [](cmd_params& o, text v, list) { return set_csv_separator(o, v), true; }},
+     [](line r, text v) { return set_csv_separator(r.options.rows, v), true; }},
     {"-enable_quoted_csv_fields", flag, quote_fields},
     {"-no_whitespace", flag, drop_blanks},
     {"-dateformat", with_value, take_date_format},
     {"-timeformat", with_value, take_time_format},
     {"-verbose", flag, accept},
     {"-v", flag, accept},
-    {"-quiet", flag, [](cmd_params& o, text, list) { return o.show_progress = false, true; }},
+    {"-quiet", flag, [](line r, text) { return r.options.show_progress = false, true; }},
 };
 
-bool read_option(const common_option& option, cmd_params& options, argument_list& args) {
-  if (option.is_read != nullptr && !option.is_read(options)) return true;
+bool read_option(const common_option& option, option_reading& reading) {
+  if (option.is_read != nullptr && !option.is_read(reading.options)) return true;
   std::string value;
   if (option.form == flag) {
-    return !take_flag(option.name, args) || option.effect(options, value, args);
+    return !take_flag(option.name, reading.args) || option.effect(reading, value);
   }
-  while (take_option(option.name, value, args)) {
-    if (!option.effect(options, value, args)) return false;
+  while (take_option(option.name, value, reading.args)) {
+    if (!option.effect(reading, value)) return false;
     if (option.form != repeated) break;
   }
   return true;
@@ -243,15 +207,12 @@ bool read_option(const common_option& option, cmd_params& options, argument_list
 
 }  // namespace
 
-bool parse_common_options(cmd_params& options, argument_list& args) {
-  if (args.empty()) return false;
-  options.command_line = joined_arguments(args, '"');
-  options.program_name = program_name_of(args.front());
+bool read_common_options(option_reading& reading) {
   for (const common_option& option : common_options) {
-    if (!read_option(option, options, args)) return false;
+    if (!read_option(option, reading)) return false;
   }
-  compile_date_time(options.time_format, options.date_format, options.time_format_text,
-                    options.pair_datetime);
+  row_settings& rows = reading.options.rows;
+  compile_date_time(rows.time_format, reading.date_format, reading.time_format, rows.pair_datetime);
   return true;
 }
 

@@ -70,6 +70,11 @@ bool fileio::close() {
   return closed;
 }
 
+bool file_opens(const std::string& path) {
+  fileio file;
+  return file.open_read(path);
+}
+
 bool read_whole(std::vector<uint8_t>& bytes, const std::string& path, size_t max_bytes) {
   bytes.clear();
   fileio file;

@@ -72,6 +72,9 @@ class fileio {
   bool m_owned = false;
 };
 
+/// True if the file at `path` opens for reading. False also if it is locked.
+bool file_opens(const std::string& path);
+
 /// Reads the first `max_bytes` bytes of a file, or all of a shorter one. False: it does not open,
 /// is empty or gives no byte.
 bool read_whole(std::vector<uint8_t>& bytes, const std::string& path, size_t max_bytes);

@@ -1,0 +1,21 @@
+#include "driver/plain_hive.h"
+
+#include "base/text.h"
+
+namespace ovrik {
+
+std::unique_ptr<reg_hive> open_plain_hive(const std::string& path) {
+  bool ok = false;
+  auto hive = std::make_unique<reg_hive>(path, ok);
+  if (!ok) return nullptr;
+  return hive;
+}
+
+bool is_system_hive(const reg_hive& hive) {
+  uint32_t root_offset = 0;
+  std::string kind_name;
+  return hive.get_root(root_offset, kind_name) &&
+         lower_ascii(kind_name).find("system") != std::string::npos;
+}
+
+}  // namespace ovrik

@@ -1,0 +1,17 @@
+// Hive files as the host gives them.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "hive/reg_clas.h"
+
+namespace ovrik {
+
+/// Opens the hive file at `path`. Nothing: it does not open or is no hive.
+std::unique_ptr<reg_hive> open_plain_hive(const std::string& path);
+
+/// True if the kind name of the hive is that of a SYSTEM hive.
+bool is_system_hive(const reg_hive& hive);
+
+}  // namespace ovrik
