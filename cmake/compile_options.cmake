@@ -1,7 +1,14 @@
-# What every target of the project compiles with: the include root, the warnings and, on
+# What every target of the project compiles with: the include roots, the warnings and, on
 # request, the sanitizers. Targets get it by linking ovrik_options.
+
+# The program and its Windows resources learn their version from here.
+set(generated_folder "${PROJECT_BINARY_DIR}/generated")
+configure_file("${PROJECT_SOURCE_DIR}/src/base/version.h.in" "${generated_folder}/base/version.h"
+  @ONLY)
+
 add_library(ovrik_options INTERFACE)
-target_include_directories(ovrik_options INTERFACE "${PROJECT_SOURCE_DIR}/src")
+target_include_directories(ovrik_options INTERFACE
+  "${PROJECT_SOURCE_DIR}/src" "${generated_folder}")
 
 target_compile_options(ovrik_options INTERFACE
   -Werror -Wall -Wextra -Wpedantic

@@ -19,10 +19,10 @@ std::string elapsed_text(std::chrono::steady_clock::time_point start) {
 
 }  // namespace
 
-cmdline_ctx::cmdline_ctx() : m_saved_console_mode(enable_escape_sequences()) {}
+cmdline_ctx::cmdline_ctx() { enable_escape_sequences(); }
 
 cmdline_ctx::~cmdline_ctx() {
-  restore_console_mode(m_saved_console_mode);
+  restore_console_mode();
   if (clear_line_at_end) clear_progress();
   if (m_start_time) {
     const std::string elapsed = elapsed_text(*m_start_time);

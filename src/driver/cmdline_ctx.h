@@ -2,13 +2,13 @@
 #pragma once
 
 #include <chrono>
-#include <cstdint>
 #include <optional>
 #include <string>
 
 namespace ovrik {
 
-/// Puts the console back and does what is due at the very end of a run, however it ends.
+/// Prepares the console for the run. At the end of the run, puts it back and does what is due then,
+/// however the run ends.
 class cmdline_ctx {
  public:
   cmdline_ctx();
@@ -25,7 +25,6 @@ class cmdline_ctx {
 
  private:
   std::optional<std::chrono::steady_clock::time_point> m_start_time;
-  uint32_t m_saved_console_mode;
 };
 
 }  // namespace ovrik

@@ -9,10 +9,12 @@
 #include "driver/run.h"
 
 // The runtime hands the arguments on as they are, and does not fill in file names for a star.
+// NOLINTBEGIN(readability-identifier-naming): the runtime's own name
 extern "C" {
 extern int _dowildcard;
 int _dowildcard = 0;
 }
+// NOLINTEND(readability-identifier-naming)
 
 namespace {
 

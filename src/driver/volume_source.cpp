@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "base/drive_letter.h"
 #include "driver/plain_hive.h"
 #include "sources/ntfs/ntfs_file.h"
 #include "sources/ntfs/ntfs_path.h"
@@ -40,8 +41,7 @@ std::unique_ptr<reg_hive> open_image_hive(const std::string& image,
 }
 
 std::unique_ptr<reg_hive> open_live_hive(const std::string& path, const volume_place& place) {
-  const bool has_drive = path.size() >= 2 && path[1] == ':';
-  const std::string volume = has_drive ? path.substr(0, 2) : path;
+  const std::string volume = begins_with_drive(path) ? path.substr(0, 2) : path;
   return open_volume_hive(open_device(device_kind::volume, volume, place.devices), place);
 }
 

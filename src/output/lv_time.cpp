@@ -1,14 +1,12 @@
 #include "output/lv_time.h"
 
+#include "base/filetime.h"
 #include "base/number_text.h"
 
 namespace ovrik {
 
 namespace {
 
-constexpr uint64_t ticks_per_second = 10'000'000;
-constexpr uint64_t unix_epoch_filetime = 0x019DB1DED53E8000;
-constexpr uint64_t unix_epoch_seconds = unix_epoch_filetime / ticks_per_second;
 constexpr uint64_t seconds_per_day = 24 * 60 * 60;
 
 constexpr std::string_view month_names[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",

@@ -24,7 +24,7 @@ std::string device(const std::string& path) {
 }
 
 std::string answer(const std::wstring& what, const std::string& path) {
-  if (what == L"long-form") return ovrik::from_wide(ovrik::long_form(ovrik::to_wide(path)));
+  if (what == L"long-form") return ovrik::long_form(path);
   if (what == L"absolute") return ovrik::make_absolute_path(path);
   if (what == L"stripped") return lvportdir::strip_long_prefix(path);
   return device(path);

@@ -1,17 +1,16 @@
 // The parts of the console and the signals to other programs that only some hosts have.
 #pragma once
 
-#include <cstdint>
 #include <string>
 
 namespace ovrik {
 
-/// Makes the console behind standard error understand escape sequences. Returns the mode to put
-/// back at the end, 0 if there is nothing to do.
-uint32_t enable_escape_sequences();
+/// Makes the console behind standard error understand escape sequences. Does nothing without one.
+void enable_escape_sequences();
 
-/// Puts back what `enable_escape_sequences` returned, unless it is 0.
-void restore_console_mode(uint32_t mode);
+/// Puts the console back as `enable_escape_sequences` found it. Does nothing if that was not called
+/// or found no console. May be called more than once, and from any thread.
+void restore_console_mode();
 
 /// True if standard error goes to a terminal.
 bool standard_error_is_terminal();

@@ -5,9 +5,9 @@
 
 namespace ovrik {
 
-uint32_t enable_escape_sequences() { return 0; }
+void enable_escape_sequences() {}
 
-void restore_console_mode(uint32_t /*mode*/) {}
+void restore_console_mode() {}
 
 bool standard_error_is_terminal() { return isatty(STDERR_FILENO) != 0; }
 

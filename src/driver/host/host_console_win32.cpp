@@ -1,6 +1,7 @@
 #include <fcntl.h>
 #include <io.h>
 
+#include <atomic>
 #include <cstdio>
 
 #include "base/windows_api_win32.h"
@@ -12,17 +13,20 @@ namespace {
 
 constexpr DWORD escape_sequences = 7;  // processed, wrapped, virtual terminal
 
+std::atomic<DWORD> mode_found = 0;  ///< of the console behind standard error; 0 without one
+
 }  // namespace
 
-uint32_t enable_escape_sequences() {
+void enable_escape_sequences() {
   HANDLE console = GetStdHandle(STD_ERROR_HANDLE);
   DWORD mode = 0;
-  if (GetConsoleMode(console, &mode) == 0) return 0;
+  if (GetConsoleMode(console, &mode) == 0) return;
+  mode_found = mode;
   SetConsoleMode(console, mode | escape_sequences);
-  return mode;
 }
 
-void restore_console_mode(uint32_t mode) {
+void restore_console_mode() {
+  const DWORD mode = mode_found;
   if (mode != 0) SetConsoleMode(GetStdHandle(STD_ERROR_HANDLE), mode);
 }
 

@@ -16,7 +16,4 @@ struct host_facts {
   bool on_removable_drive = false;  ///< the program file lies there
 };
 
-/// Gathers the facts; what the host does not tell stays empty, the computer's name becomes "<unk>".
-host_facts collect_host_facts();
-
 }  // namespace ovrik

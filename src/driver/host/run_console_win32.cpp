@@ -11,15 +11,14 @@ namespace ovrik {
 
 namespace {
 
-DWORD mode_before;  ///< 0 without a console
 std::optional<uni::utf8_locale> console_text;
 
 void put_back() {
-  restore_console_mode(mode_before);
+  restore_console_mode();
   console_text.reset();
 }
 
-/// Leaves what is to be done to the handlers behind it.
+/// Restores the console, then lets the next handler run.
 BOOL WINAPI on_control_event(DWORD /*event*/) {
   put_back();
   return FALSE;
@@ -30,7 +29,6 @@ void on_abort(int /*signal*/) { put_back(); }
 }  // namespace
 
 void take_console() {
-  GetConsoleMode(GetStdHandle(STD_ERROR_HANDLE), &mode_before);
   console_text.emplace();
   SetConsoleCtrlHandler(on_control_event, TRUE);
   std::signal(SIGABRT, on_abort);

@@ -39,6 +39,22 @@ struct module_version {
   uint32_t low = 0;   ///< build number in the upper half
 };
 
+/// A library of the system that this process has loaded; lets go of it at the end.
+class system_library {
+ public:
+  system_library() = default;
+  virtual ~system_library() = default;
+  system_library(const system_library&) = delete;
+  system_library& operator=(const system_library&) = delete;
+
+  /// Reads the product version of the module file at `path` by the functions of this library.
+  /// False: it lacks them, or they fail.
+  virtual bool read_module_version(const std::string& path, module_version& version) const = 0;
+
+  /// False also if the library lacks the function.
+  virtual bool is_user_an_admin() const = 0;
+};
+
 /// Edition and service pack of the system.
 struct system_edition {
   uint32_t product_type = 0;  ///< 1 workstation, 2 domain controller, 3 server
@@ -49,8 +65,8 @@ struct system_edition {
 constexpr uint32_t removable_drive = 2;
 constexpr uint32_t network_drive = 4;
 
-/// One call each. An operation that returns bool leaves its result alone on false, which is a
-/// failed call.
+/// One call of the system each, without a decision. An operation that returns bool leaves its
+/// result alone on false, which is a failed call.
 class windows_calls {
  public:
   windows_calls() = default;
@@ -60,11 +76,10 @@ class windows_calls {
 
   virtual bool is_major_version_at_least(uint32_t major) const = 0;
   virtual bool is_minor_version_at_least(uint32_t minor) const = 0;
-  virtual bool kernel_version(module_version& version) const = 0;
   virtual bool edition(system_edition& found) const = 0;
   virtual uint32_t processor_type() const = 0;
+  virtual bool is_32_bit_program() const = 0;  ///< the running program, whatever the system is
 
-  virtual bool is_user_an_admin() const = 0;
   virtual std::unique_ptr<access_token> process_token() const = 0;  ///< nothing: it does not open
 
   // Text is UTF-8.
@@ -72,7 +87,14 @@ class windows_calls {
   virtual bool user_name(std::string& name) const = 0;
   virtual bool program_path(std::string& path) const = 0;
   virtual bool system_folder(std::string& path) const = 0;
+  virtual bool system_folder_of_32_bit(std::string& path) const = 0;  ///< false on a 32-bit Windows
   virtual uint32_t drive_type(char letter) const = 0;  ///< of the drive with that letter
+
+  /// The library of that name if the process has it already, else nothing.
+  virtual std::unique_ptr<system_library> loaded_library(const std::string& name) const = 0;
+
+  /// Loads the library at `path`. Nothing: that fails.
+  virtual std::unique_ptr<system_library> load_library(const std::string& path) const = 0;
 };
 
 /// Those of the Windows that the program runs on.

@@ -51,20 +51,13 @@ bool is_version_at_least(DWORD mask, uint32_t major, uint32_t minor) {
   return VerifyVersionInfoA(&wanted, mask, VerSetConditionMask(0, mask, VER_GREATER_EQUAL)) != 0;
 }
 
-/// What a call for a folder writes; empty if it says that it cannot.
-std::wstring folder_by(UINT(WINAPI* call)(wchar_t* buffer, UINT size)) {
+/// Sets `path` to what a call for a folder writes. False: it says that it cannot.
+bool read_folder(UINT(WINAPI* call)(wchar_t* buffer, UINT size), std::string& path) {
   std::wstring folder(512, L'\0');
   const UINT length = call(folder.data(), static_cast<UINT>(folder.size()));
-  folder.resize(length < folder.size() ? length : 0);
-  return folder;
-}
-
-/// The folder of the libraries that this program can load. A 32-bit program on a 64-bit Windows
-/// does not find them in the system's folder while the redirection is off.
-std::wstring library_folder() {
-  const std::wstring folder =
-      sizeof(void*) == 4 ? folder_by(GetSystemWow64DirectoryW) : std::wstring();
-  return folder.empty() ? folder_by(GetSystemDirectoryW) : folder;
+  if (length == 0 || length >= folder.size()) return false;
+  path = from_wide(std::wstring_view(folder).substr(0, length));
+  return true;
 }
 
 /// Sets `name` to what a call writes into a buffer of `size` units. False: it says that it cannot.
@@ -75,48 +68,50 @@ bool read_name(BOOL(WINAPI* call)(wchar_t* buffer, DWORD* size), DWORD size, std
   return true;
 }
 
-/// A library of the system that not every run needs and that is slow to load. It is that of the
-/// system's own folder: whatever lies beside the program stays out.
-class system_library {
+class library_of_windows : public system_library {
  public:
-  explicit system_library(const std::wstring& name)
-      : m_module(name.empty() ? nullptr : LoadLibraryW((library_folder() + L'\\' + name).c_str())) {
+  library_of_windows(HMODULE module, bool was_loaded_here)
+      : m_module(module), m_was_loaded_here(was_loaded_here) {}
+  ~library_of_windows() override {
+    if (m_was_loaded_here) FreeLibrary(m_module);
   }
-  ~system_library() {
-    if (m_module != nullptr) FreeLibrary(m_module);
-  }
-  system_library(const system_library&) = delete;
-  system_library& operator=(const system_library&) = delete;
 
-  /// Null if the library could not be loaded or has no name.
-  HMODULE module() const { return m_module; }
+  bool read_module_version(const std::string& path, module_version& version) const override {
+    auto* const get_size =
+        exported<decltype(GetFileVersionInfoSizeW)>(m_module, "GetFileVersionInfoSizeW");
+    auto* const get_block =
+        exported<decltype(GetFileVersionInfoW)>(m_module, "GetFileVersionInfoW");
+    auto* const get_value = exported<decltype(VerQueryValueW)>(m_module, "VerQueryValueW");
+    if (get_size == nullptr || get_block == nullptr || get_value == nullptr) return false;
+    const std::wstring file = to_wide(path);
+    DWORD unused = 0;
+    const DWORD size = get_size(file.c_str(), &unused);
+    std::vector<uint8_t> block(size);
+    void* place = nullptr;
+    UINT length = 0;
+    if (size == 0 || get_block(file.c_str(), 0, size, block.data()) == 0 ||
+        get_value(block.data(), L"\\", &place, &length) == 0 || length < sizeof(VS_FIXEDFILEINFO)) {
+      return false;
+    }
+    const auto* facts = static_cast<const VS_FIXEDFILEINFO*>(place);
+    version = {facts->dwProductVersionMS, facts->dwProductVersionLS};
+    return true;
+  }
+
+  bool is_user_an_admin() const override {
+    auto* const call = exported<BOOL WINAPI()>(m_module, "IsUserAnAdmin");
+    return call != nullptr && call() != 0;
+  }
 
  private:
   HMODULE m_module;
+  bool m_was_loaded_here;
 };
 
-/// Reads the product version of kernel32 by the functions of a library. False: it lacks them, or
-/// they fail.
-bool read_kernel_version(HMODULE library, module_version& version) {
-  auto* const get_size =
-      exported<decltype(GetFileVersionInfoSizeW)>(library, "GetFileVersionInfoSizeW");
-  auto* const get_block = exported<decltype(GetFileVersionInfoW)>(library, "GetFileVersionInfoW");
-  auto* const get_value = exported<decltype(VerQueryValueW)>(library, "VerQueryValueW");
-  if (get_size == nullptr || get_block == nullptr || get_value == nullptr) return false;
-  // With its whole path it is not looked for beside the program first.
-  const std::wstring kernel = folder_by(GetSystemDirectoryW) + L"\\kernel32.dll";
-  DWORD unused = 0;
-  const DWORD size = get_size(kernel.c_str(), &unused);
-  std::vector<uint8_t> block(size);
-  void* place = nullptr;
-  UINT length = 0;
-  if (size == 0 || get_block(kernel.c_str(), 0, size, block.data()) == 0 ||
-      get_value(block.data(), L"\\", &place, &length) == 0 || length < sizeof(VS_FIXEDFILEINFO)) {
-    return false;
-  }
-  const auto* facts = static_cast<const VS_FIXEDFILEINFO*>(place);
-  version = {facts->dwProductVersionMS, facts->dwProductVersionLS};
-  return true;
+/// Nothing for a null module.
+std::unique_ptr<system_library> library_of(HMODULE module, bool was_loaded_here) {
+  if (module == nullptr) return nullptr;
+  return std::make_unique<library_of_windows>(module, was_loaded_here);
 }
 
 class calls_of_windows : public windows_calls {
@@ -127,12 +122,6 @@ class calls_of_windows : public windows_calls {
 
   bool is_minor_version_at_least(uint32_t minor) const override {
     return is_version_at_least(VER_MINORVERSION, 0, minor);
-  }
-
-  bool kernel_version(module_version& version) const override {
-    // Since Windows 8 every program has these functions loaded.
-    return read_kernel_version(GetModuleHandleW(L"kernelbase.dll"), version) ||
-           read_kernel_version(system_library(L"version.dll").module(), version);
   }
 
   bool edition(system_edition& found) const override {
@@ -149,11 +138,7 @@ class calls_of_windows : public windows_calls {
     return facts.dwProcessorType;
   }
 
-  bool is_user_an_admin() const override {
-    const system_library library(L"shell32.dll");
-    auto* const call = exported<BOOL WINAPI()>(library.module(), "IsUserAnAdmin");
-    return call != nullptr && call() != 0;
-  }
+  bool is_32_bit_program() const override { return sizeof(void*) == 4; }
 
   std::unique_ptr<access_token> process_token() const override {
     HANDLE token = nullptr;
@@ -165,11 +150,7 @@ class calls_of_windows : public windows_calls {
     return read_name(GetComputerNameW, 4096, name);
   }
 
-  bool user_name(std::string& name) const override {
-    // The call loads this library, which a 32-bit program does not find then.
-    const system_library asked(sizeof(void*) == 4 ? L"sspicli.dll" : L"");
-    return read_name(GetUserNameW, 512, name);
-  }
+  bool user_name(std::string& name) const override { return read_name(GetUserNameW, 512, name); }
 
   bool program_path(std::string& path) const override {
     std::wstring buffer(32768, L'\0');
@@ -181,14 +162,24 @@ class calls_of_windows : public windows_calls {
   }
 
   bool system_folder(std::string& path) const override {
-    const std::wstring folder = folder_by(GetSystemDirectoryW);
-    if (!folder.empty()) path = from_wide(folder);
-    return !folder.empty();
+    return read_folder(GetSystemDirectoryW, path);
+  }
+
+  bool system_folder_of_32_bit(std::string& path) const override {
+    return read_folder(GetSystemWow64DirectoryW, path);
   }
 
   uint32_t drive_type(char letter) const override {
     const char root[] = {letter, ':', '\\', '\0'};
     return GetDriveTypeA(root);
+  }
+
+  std::unique_ptr<system_library> loaded_library(const std::string& name) const override {
+    return library_of(GetModuleHandleW(to_wide(name).c_str()), false);
+  }
+
+  std::unique_ptr<system_library> load_library(const std::string& path) const override {
+    return library_of(LoadLibraryW(to_wide(path).c_str()), true);
   }
 };
 

@@ -1,6 +1,8 @@
 // The redirection of system folders that 64-bit Windows does for 32-bit programs.
 #pragma once
 
+#include "base/windows_api_win32.h"
+
 namespace ovrik {
 
 /// Turns the redirection off for the calling thread for as long as it lives, so that paths mean
@@ -14,7 +16,7 @@ class wow64_redirect_adt {
 
  private:
   void* m_state = nullptr;  ///< what the redirection was, as the system keeps it
-  bool m_disabled = false;
+  decltype(Wow64RevertWow64FsRedirection)* m_revert = nullptr;  ///< null if it was not turned off
 };
 
 }  // namespace ovrik

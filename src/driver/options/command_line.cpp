@@ -3,15 +3,14 @@
 #include <chrono>
 #include <ratio>
 
-#include "driver/host/host_facts.h"
+#include "base/filetime.h"
+#include "driver/host/collect_host_facts.h"
 #include "driver/options/usage.h"
 #include "output/lv_time.h"
 
 namespace ovrik {
 
 namespace {
-
-constexpr std::chrono::seconds unix_epoch{11644473600};  // since 1601
 
 bool is_help_request(argument_list& args) {
   for (const char* name : {"-h", "-help", "/?", "--help"}) {
@@ -26,11 +25,11 @@ std::string present_time(const argument_list& args) {
   peek_option("-dateformat", date_format, args);
   date_time_writer writer;
   compile_date_time(writer, date_format, "hh:mm:ss.xxx", false);
-  using ticks = std::chrono::duration<int64_t, std::ratio<1, 10'000'000>>;
+  using ticks = std::chrono::duration<int64_t, std::ratio<1, ticks_per_second>>;
   const auto since_epoch = std::chrono::system_clock::now().time_since_epoch();
-  const auto filetime = std::chrono::duration_cast<ticks>(since_epoch) + unix_epoch;
+  const auto since_unix_epoch = std::chrono::duration_cast<ticks>(since_epoch).count();
   time_value now;
-  decode_filetime(now, static_cast<uint64_t>(filetime.count()));
+  decode_filetime(now, unix_epoch_filetime + static_cast<uint64_t>(since_unix_epoch));
   std::string date_text;
   std::string time_text;
   format_date_time(date_text, time_text, now, writer);

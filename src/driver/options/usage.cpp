@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "base/version.h"
 #include "driver/host/console.h"
 #include "driver/options/option_scan.h"
 
@@ -10,7 +11,8 @@ namespace ovrik {
 namespace {
 
 constexpr const char* title =
-    "ovrik, ver: 0.53: programs remembered by the Shim Cache of a Windows machine\n"
+    "ovrik, ver: " OVRIK_VERSION
+    ": programs remembered by the Shim Cache of a Windows machine\n"
     "reads SYSTEM hives, raw cache values, disk images and lists of them; changes none\n";
 
 constexpr const char* title_rule =

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "base/byte_view.h"
+#include "base/drive_letter.h"
 #include "base/text.h"
 #include "sources/host/memory_block.h"
 
@@ -82,7 +83,7 @@ uint64_t partition_length(open_device_file& device) {
   return 0;
 }
 
-/// True if a device of any kind can read into the place: some want more than the processor does.
+/// True if a device of any kind can read into `buffer`: some devices need 4,096-byte alignment.
 bool is_aligned(void* buffer) {
   constexpr size_t largest_demand = 4096;
   size_t room = 1;
@@ -126,13 +127,11 @@ class device_disk : public RAW_DISK_IO {
   disk_geometry m_geometry;
 };
 
-bool is_letter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
-
 constexpr size_t longest_drive_path = 3;
 
 std::string device_name(device_kind kind, const std::string& path) {
   if (kind == device_kind::physical_drive) return "\\\\.\\PhysicalDrive0";
-  if (path.size() <= longest_drive_path && is_letter(path[0])) {
+  if (path.size() <= longest_drive_path && is_drive_letter(path[0])) {
     return std::string("\\\\.\\") + path[0] + ':';
   }
   // With a separator at its end it would be the root folder of the device.

@@ -1,5 +1,4 @@
-#include <algorithm>
-
+#include "sources/host/console_pieces.h"
 #include "sources/host/handle_win32.h"
 #include "sources/host/host_file.h"
 #include "sources/host/host_path.h"
@@ -9,7 +8,6 @@ namespace uni {
 
 namespace {
 
-constexpr size_t console_piece = 0x2000;  // an old console takes no more than some 32 KiB
 constexpr DWORD share_results = FILE_SHARE_READ | FILE_SHARE_WRITE;
 
 HANDLE handle_of(host_file file) {
@@ -32,7 +30,7 @@ void clear_read_only(const std::string& name) {
     return;
   }
   ovrik::with_long_path(
-      ovrik::to_wide(name),
+      name,
       [](const wchar_t* path) { return SetFileAttributesW(path, FILE_ATTRIBUTE_NORMAL) != 0; },
       [](bool done) { return !done; });
 }
@@ -47,14 +45,6 @@ bool is_disk(const std::string& name) {
   const DWORD type = GetFileType(device.get());
   return type != FILE_TYPE_CHAR && type != FILE_TYPE_PIPE &&
          GetFileInformationByHandle(device.get(), &facts) == 0;
-}
-
-/// How much of `size` bytes of text a console gets at once: a piece that ends between characters.
-size_t console_piece_of(const uint8_t* text, size_t size) {
-  if (size <= console_piece) return size;
-  size_t end = console_piece;
-  while (end > console_piece - 4 && (text[end] & 0xC0U) == 0x80U) --end;
-  return end;
 }
 
 /// The handle of a standard stream; that of no file where the program has none.
@@ -123,7 +113,7 @@ void seek_host_file_end(host_file file) {
 bool write_host_file(host_file file, const uint8_t* bytes, size_t size, size_t& put) {
   HANDLE handle = handle_of(file);
   const bool console = is_console(handle);
-  const size_t piece = console ? console_piece_of(bytes, size) : size;
+  const size_t piece = console ? console_piece({bytes, size}) : size;
   DWORD count = 0;
   const bool written = WriteFile(handle, bytes, static_cast<DWORD>(piece), &count, nullptr) != 0;
   // What an old console says is not believed: it counts characters where it was given bytes.

@@ -27,6 +27,9 @@ std::string last_component(std::string_view path);
 /// `path` with the separators that this host writes: on Windows "/" becomes a backslash.
 std::string with_host_separators(std::string path);
 
+/// `path` from the root on; `path` itself if the host does not tell.
+std::string full_path(const std::string& path);
+
 /// `text` without white space at its ends and double quotes, as a path from the root on. Empty if
 /// nothing is left.
 std::string make_absolute_path(std::string_view text);

@@ -1,7 +1,6 @@
 #include <filesystem>
 #include <system_error>
 
-#include "base/text.h"
 #include "sources/host/host_path.h"
 
 namespace ovrik {
@@ -22,11 +21,8 @@ std::string last_component(std::string_view path) {
   return std::string(path.substr(path.rfind('/') + 1));
 }
 
-std::string make_absolute_path(std::string_view text) {
-  std::string path = trim(text);
-  remove_all(path, '"');
-  path = trim(path);
-  if (path.empty() || path.front() == '/') return path;
+std::string full_path(const std::string& path) {
+  if (path.starts_with('/')) return path;
   std::error_code error;
   const std::filesystem::path folder = std::filesystem::current_path(error);
   return error ? path : (folder / path).string();

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "base/windows_api_win32.h"
+#include "sources/host/windows_path.h"
 
 namespace ovrik {
 
@@ -12,29 +13,24 @@ namespace ovrik {
 /// is too long can look like.
 bool may_be_too_long();
 
-/// The form of a plain path that may be of any length: made absolute if it is relative, with the
-/// prefix that turns the usual limits off.
-std::wstring long_form(const std::wstring& path);
+/// The form of a plain path (UTF-8) that may be of any length.
+std::string long_form(const std::string& path);
 
-/// `call(path)`; if that fails as a path that is too long does, `call` of its long form.
-/// `failed(result)` tells a failure.
+/// `call(path)`, with the path (UTF-8) in wide characters; if that fails as a path that is too long
+/// does, `call` of its long form. `failed(result)` tells a failure.
 template <typename system_call, typename failure_test>
-auto with_long_path(const std::wstring& path, system_call call, failure_test failed) {
-  auto result = call(path.c_str());
-  if (failed(result) && may_be_too_long()) result = call(long_form(path).c_str());
+auto with_long_path(const std::string& path, system_call call, failure_test failed) {
+  auto result = call(to_wide(path).c_str());
+  if (failed(result) && may_be_too_long()) result = call(to_wide(long_form(path)).c_str());
   return result;
 }
-
-/// True if the path's last name ends in full stops or blanks, which Windows cuts off unless the
-/// path has the long form.
-bool loses_its_end(const std::wstring& path);
 
 /// As `with_long_path`, for something that exists: it is the one whose name is not cut, if there
 /// is one.
 template <typename system_call, typename failure_test>
-auto with_exact_path(const std::wstring& path, system_call call, failure_test failed) {
-  if (loses_its_end(path)) {
-    auto result = call(long_form(path).c_str());
+auto with_exact_path(const std::string& path, system_call call, failure_test failed) {
+  if (windows_path::loses_its_end(path)) {
+    auto result = call(to_wide(long_form(path)).c_str());
     if (!failed(result)) return result;
   }
   return with_long_path(path, call, failed);

@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <memory>
 
+#include "base/filetime.h"
 #include "sources/host/host_path.h"
 #include "sources/host/lv_portable_dir.h"
 
@@ -32,10 +33,10 @@ bool is_folder(const std::string& path, const dirent& entry) {
 }
 
 uint64_t filetime_of(const timespec& time) {
-  constexpr int64_t unix_epoch_seconds = 11644473600;  // since 1601
-  constexpr int64_t ticks_per_second = 10'000'000;
-  const int64_t seconds = time.tv_sec + unix_epoch_seconds;
-  return seconds <= 0 ? 0 : static_cast<uint64_t>(seconds * ticks_per_second + time.tv_nsec / 100);
+  const int64_t seconds = time.tv_sec + static_cast<int64_t>(ovrik::unix_epoch_seconds);
+  if (seconds <= 0) return 0;
+  return static_cast<uint64_t>(seconds) * ovrik::ticks_per_second +
+         static_cast<uint64_t>(time.tv_nsec / 100);
 }
 
 /// The path without links in it, with a separator at its end; empty if it does not exist.

@@ -1,17 +1,16 @@
-#include <string_view>
-
-#include "base/text.h"
 #include "sources/host/handle_win32.h"
 #include "sources/host/host_path.h"
 #include "sources/host/lv_portable_dir.h"
+#include "sources/host/windows_path.h"
 
 namespace lvportdir {
 
 namespace {
 
+namespace windows_path = ovrik::windows_path;
+
 using ovrik::file_handle;
 using ovrik::from_wide;
-using ovrik::to_wide;
 
 constexpr DWORD share_all = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
@@ -60,15 +59,15 @@ std::wstring real_folder(const std::string& path) {
 void append_streams(std::vector<directory_entry>& entries, const std::string& path) {
   WIN32_FIND_STREAM_DATA stream{};
   HANDLE search = ovrik::with_long_path(
-      to_wide(path),
+      path,
       [&stream](const wchar_t* name) {
         return FindFirstStreamW(name, FindStreamInfoStandard, &stream, 0);
       },
       is_unusable);
   if (is_unusable(search)) return;
   do {
-    const std::string name = from_wide(stream.cStreamName);
-    if (name != "::$DATA") entries.push_back({path + name.substr(0, name.rfind(":$DATA")), false});
+    const std::string suffix = windows_path::stream_suffix(from_wide(stream.cStreamName));
+    if (!suffix.empty()) entries.push_back({path + suffix, false});
   } while (FindNextStreamW(search, &stream) != 0);
   FindClose(search);
 }
@@ -81,8 +80,8 @@ void list_directory(std::vector<directory_entry>& entries, const std::string& fo
   const std::string prefix = ends_in_separator ? folder : folder + '\\';
   WIN32_FIND_DATAW found{};
   HANDLE search = ovrik::with_long_path(
-      to_wide(prefix + "*.*"),
-      [&found](const wchar_t* pattern) { return FindFirstFileW(pattern, &found); }, is_unusable);
+      prefix + "*.*", [&found](const wchar_t* pattern) { return FindFirstFileW(pattern, &found); },
+      is_unusable);
   if (is_unusable(search)) return;
   do {
     const std::string name = from_wide(found.cFileName);
@@ -109,10 +108,9 @@ bool is_folder_link(const std::string& folder, link_target& target, bool& closes
       !identify(file_handle(open_for_facts(folder)), target)) {
     return false;
   }
-  const size_t separator = folder.find_last_of("\\/");
-  const std::string parent = separator == folder.npos ? "." : folder.substr(0, separator + 1);
   const std::wstring real = real_folder(folder);
-  closes_cycle = !real.empty() && real_folder(parent).starts_with(real);
+  const std::wstring parent = real_folder(windows_path::folder_of(folder));
+  closes_cycle = !real.empty() && parent.starts_with(real);
   return true;
 }
 
@@ -126,27 +124,17 @@ bool same_file(const std::string& left, const std::string& right) {
          left_facts == right_facts;
 }
 
-bool is_pipe(const std::string& path) {
-  const std::string name = ovrik::lower_ascii(ovrik::with_host_separators(path));
-  // Of this computer, "." or "?", or of another one.
-  const size_t share = name.find('\\', 2);
-  return name.starts_with("\\\\") && share != name.npos &&
-         name.substr(share).starts_with("\\pipe\\");
-}
+bool is_pipe(const std::string& path) { return windows_path::is_pipe(path); }
 
 bool make_folders(const std::string& path) {
-  const std::string name = ovrik::with_host_separators(ovrik::without_trailing_separators(path));
-  // A prefix and what it makes of the first part stay together.
-  const bool has_prefix = name.starts_with("\\\\");
-  for (size_t end = name.find('\\', has_prefix ? 4 : 1);; end = name.find('\\', end + 1)) {
+  const std::vector<std::string> folders = windows_path::folders_down_to(path);
+  for (const std::string& folder : folders) {
     ovrik::with_long_path(
-        to_wide(name.substr(0, end)),
-        [](const wchar_t* folder) { return CreateDirectoryW(folder, nullptr) != 0; },
+        folder, [](const wchar_t* name) { return CreateDirectoryW(name, nullptr) != 0; },
         [](bool done) { return !done; });
-    if (end == std::string::npos) break;
   }
   WIN32_FILE_ATTRIBUTE_DATA found{};
-  return ovrik::file_attributes(name, found) && is_folder(found.dwFileAttributes);
+  return ovrik::file_attributes(folders.back(), found) && is_folder(found.dwFileAttributes);
 }
 
 void remove_plain_file(const std::string& path) {
@@ -157,7 +145,7 @@ void remove_plain_file(const std::string& path) {
     return;
   }
   ovrik::with_long_path(
-      to_wide(name),
+      name,
       [](const wchar_t* file) {
         SetFileAttributesW(file, FILE_ATTRIBUTE_NORMAL);  // a read-only file cannot be removed
         return DeleteFileW(file) != 0;
@@ -166,13 +154,7 @@ void remove_plain_file(const std::string& path) {
 }
 
 std::string strip_long_prefix(const std::string& path) {
-  constexpr std::string_view prefix = "\\\\?\\";
-  constexpr size_t longest_plain_path = 46;
-  if (path.size() <= prefix.size() || !path.starts_with(prefix)) return path;
-  const std::string lower = ovrik::lower_ascii(path);
-  const bool is_device = path.size() > longest_plain_path && lower.find("global") != lower.npos;
-  const bool is_share = lower.starts_with("\\\\?\\unc\\");
-  return is_device || is_share ? path : path.substr(prefix.size());
+  return windows_path::strip_long_prefix(path);
 }
 
 }  // namespace lvportdir

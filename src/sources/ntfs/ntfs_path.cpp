@@ -3,6 +3,7 @@
 #include <set>
 #include <vector>
 
+#include "base/drive_letter.h"
 #include "base/text.h"
 #include "sources/disk/shadow_copy.h"
 #include "sources/ntfs/ntfs_directory.h"
@@ -92,7 +93,7 @@ bool lookup_path(ntfs_volume& volume, const std::string& full_path, uint64_t& in
     diag_printf(log, "->path empty");
     return from_root;
   }
-  if (segments.front().size() >= 2 && segments.front()[1] == ':') segments.erase(segments.begin());
+  if (begins_with_drive(segments.front())) segments.erase(segments.begin());
   for (const std::string& segment : segments) {
     const std::string wanted = comparable(segment);
     diag_printf(log, "->seg: %s", wanted.c_str());

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <optional>
+#include <vector>
 
 namespace {
 
@@ -25,6 +26,19 @@ struct told_token : access_token {
   std::optional<elevation> kind;
 };
 
+struct told_library : system_library {
+  told_library(const std::optional<module_version>& told, bool admin)
+      : version(told), user_is_admin(admin) {}
+
+  bool read_module_version(const std::string& path, module_version& found) const override {
+    return path == "C:\\system\\kernel32.dll" && give(version, found);
+  }
+  bool is_user_an_admin() const override { return user_is_admin; }
+
+  std::optional<module_version> version;
+  bool user_is_admin;
+};
+
 /// A 64-bit Windows 10 that calls itself 8, as it does to a program that does not declare itself.
 /// What holds nothing is a call that fails.
 struct told_windows : windows_calls {
@@ -32,27 +46,42 @@ struct told_windows : windows_calls {
   std::optional<module_version> kernel = module_version{10 << 16, 19045U << 16 | 3636};
   std::optional<system_edition> edition_told = system_edition{1, 0, 0};
   uint32_t processor = 8664;
-  bool user_is_admin = false, has_token = true;
+  bool user_is_admin = false, has_token = true, is_32_bit = false;
   std::optional<elevation> token_kind;
   std::optional<std::string> computer = "LAB1", user = "ada", program = "C:\\tools\\ovrik.exe";
   std::string drives = "A2 C3 N4 R5";  ///< letters and their types
+  std::optional<std::string> folder = "C:\\system", folder_of_32_bit;
+  std::string with_version = "kernelbase.dll";  ///< the library that has the version's functions
+  mutable std::vector<std::string> loads;       ///< paths of the libraries that were to be loaded
 
   bool is_major_version_at_least(uint32_t wanted) const override { return major >= wanted; }
   bool is_minor_version_at_least(uint32_t wanted) const override { return minor >= wanted; }
-  bool kernel_version(module_version& version) const override { return give(kernel, version); }
   bool edition(system_edition& found) const override { return give(edition_told, found); }
   uint32_t processor_type() const override { return processor; }
-  bool is_user_an_admin() const override { return user_is_admin; }
+  bool is_32_bit_program() const override { return is_32_bit; }
   std::unique_ptr<access_token> process_token() const override {
     return has_token ? std::make_unique<told_token>(token_kind) : nullptr;
   }
   bool computer_name(std::string& name) const override { return give(computer, name); }
   bool user_name(std::string& name) const override { return give(user, name); }
   bool program_path(std::string& path) const override { return give(program, path); }
-  bool system_folder(std::string& /*path*/) const override { return false; }
+  bool system_folder(std::string& path) const override { return give(folder, path); }
+  bool system_folder_of_32_bit(std::string& path) const override {
+    return give(folder_of_32_bit, path);
+  }
   uint32_t drive_type(char letter) const override {
     const size_t at = drives.find(letter);
     return at == std::string::npos ? 1 : static_cast<uint32_t>(drives[at + 1] - '0');
+  }
+  std::unique_ptr<system_library> loaded_library(const std::string& name) const override {
+    if (name != "kernelbase.dll") return nullptr;
+    return std::make_unique<told_library>(name == with_version ? kernel : std::nullopt, false);
+  }
+  std::unique_ptr<system_library> load_library(const std::string& path) const override {
+    loads.push_back(path);
+    const std::string name = path.substr(path.rfind('\\') + 1);
+    return std::make_unique<told_library>(name == with_version ? kernel : std::nullopt,
+                                          name == "shell32.dll" && user_is_admin);
   }
 };
 
@@ -120,6 +149,53 @@ TEST(windows_facts, the_version_is_told_as_far_as_it_is_known) {
     EXPECT_EQ(facts.short_version, c.short_version) << c.name;
     EXPECT_EQ(facts.full_version, c.full_version) << c.name;
     EXPECT_EQ(facts.system_family, "Windows");
+  }
+}
+
+TEST(windows_facts, libraries_come_from_the_folder_that_the_program_can_load_from) {
+  using paths = std::vector<std::string>;
+  struct library_case {
+    const char* name;
+    bool is_32_bit;
+    std::optional<std::string> folder, folder_of_32_bit;
+    const char* with_version;
+    paths loads;
+    const char* full_version;
+  };
+  const library_case cases[] = {
+      {"64-bit", false, "C:\\system", "C:\\wow", "kernelbase.dll", {}, "10.0.19045"},
+      {"not loaded yet",
+       false,
+       "C:\\system",
+       "C:\\wow",
+       "version.dll",
+       {"C:\\system\\version.dll"},
+       "10.0.19045"},
+      {"32-bit on 64-bit",
+       true,
+       "C:\\system",
+       "C:\\wow",
+       "version.dll",
+       {"C:\\wow\\version.dll", "C:\\wow\\sspicli.dll"},
+       "10.0.19045"},
+      {"32-bit",
+       true,
+       "C:\\system",
+       {},
+       "kernelbase.dll",
+       {"C:\\system\\sspicli.dll"},
+       "10.0.19045"},
+      {"no functions", false, "C:\\system", {}, "", {"C:\\system\\version.dll"}, "6.2.0"},
+      {"no folder", true, {}, {}, "version.dll", {}, "6.2.0"},
+  };
+  for (const library_case& c : cases) {
+    told_windows system;
+    system.is_32_bit = c.is_32_bit;
+    system.folder = c.folder;
+    system.folder_of_32_bit = c.folder_of_32_bit;
+    system.with_version = c.with_version;
+    EXPECT_EQ(facts_of_windows(system).full_version, c.full_version) << c.name;
+    EXPECT_EQ(system.loads, c.loads) << c.name;
   }
 }
 

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "base/text.h"
-#include "driver/host/host_facts.h"
+#include "driver/host/collect_host_facts.h"
 
 namespace ovrik {
 

@@ -1,4 +1,4 @@
-#include "driver/host/host_facts.h"
+#include "driver/host/collect_host_facts.h"
 #include "driver/host/windows_facts.h"
 
 namespace ovrik {
