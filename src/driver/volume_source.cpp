@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "driver/hive_source.h"
+#include "sources/disk/image_disk.h"
 #include "sources/ntfs/ntfs_file.h"
 #include "sources/ntfs/ntfs_path.h"
 

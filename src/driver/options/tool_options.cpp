@@ -1,16 +1,15 @@
 #include "driver/options/tool_options.h"
 
-#include <sstream>
-
 #include "base/number_text.h"
 #include "driver/host/console.h"
 #include "driver/host/live_system.h"
 #include "driver/options/common_options.h"
 #include "driver/options/path_variables.h"
 #include "driver/vmdk_road.h"
-#include "sources/disk/ntfs_offset.h"
-#include "sources/disk/raw_disk_io.h"
+#include "driver/volume_words.h"
+#include "sources/disk/image_disk.h"
 #include "sources/disk/shadow_copy.h"
+#include "sources/disk/volume_choice.h"
 #include "sources/host/host_path.h"
 
 namespace ovrik {
@@ -65,11 +64,11 @@ bool take_image(cmdline_options& options, const std::string& value, argument_lis
     print_message("invalid image: %s\n\n", options.source_path.c_str());
     return false;
   }
-  std::ostringstream text;
-  bool found = false;
-  if (pick_ntfs_offset(text, found, options.volume_offset, *disk, ignore_size)) return true;
-  if (!offset_given && found && options.volume_offset == 0) return true;
-  print_message("%s\n", text.str().c_str());
+  const volume_choice choice = choose_volume(*disk, options.volume_offset, ignore_size);
+  options.volume_offset = choice.offset;
+  if (choice.outcome == volume_outcome::at_offset) return true;
+  if (!offset_given && choice.outcome == volume_outcome::cut_short) return true;
+  print_message("%s\n", volume_words(choice).c_str());
   return false;
 }
 
