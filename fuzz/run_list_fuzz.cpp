@@ -16,8 +16,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   uint64_t vcn = 0;
   for (const ovrik::cluster_extent& extent : extents) {
     if (extent.vcn < vcn || (extent.sparse && extent.lcn != 0)) std::abort();
-    if (extent.lcn + extent.count < extent.lcn) std::abort();
-    vcn = extent.vcn + extent.count;
+    if (extent.lcn + extent.clusters < extent.lcn) std::abort();
+    vcn = extent.vcn + extent.clusters;
   }
   if (end_vcn(extents) != vcn) std::abort();
   return 0;

@@ -3,12 +3,10 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <sstream>
 #include <string>
 
 #include "memory_file.h"
-#include "sources/disk/vmdk_chain_check.h"
-#include "sources/disk/vmdk_collection.h"
+#include "sources/disk/vmdk_chain.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (size > 0x40000) return 0;
@@ -17,12 +15,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const memory_file second(input.from(4 + uint64_t{input.u32_at(0)}));
   for (const std::vector<std::string>& paths :
        {std::vector<std::string>{first.path()}, {second.path()}, {first.path(), second.path()}}) {
-    std::ostringstream text;
-    std::vector<std::string> suggested;
-    const bool sound = ovrik::vmdk_check_chain(paths, text, suggested);
-    if (!sound && suggested.size() < paths.size()) std::abort();
-    const auto disk = ovrik::open_vmdk_chain(paths);
+    const ovrik::vmdk_chain chain = ovrik::check_vmdk_chain(paths);
+    if (chain.files.size() != paths.size() + chain.found_parents.size()) std::abort();
+    const auto& disk = chain.disk;
     if (disk == nullptr) continue;
+    if (!chain.complete || chain.fault != ovrik::vmdk_fault::none) std::abort();
     if (disk->stored_size() > size) std::abort();
     std::vector<uint8_t> bytes(100000);
     for (const uint64_t offset :

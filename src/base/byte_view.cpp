@@ -20,6 +20,6 @@ std::optional<size_t> byte_view::find(std::string_view text, uint64_t offset) co
   return std::nullopt;
 }
 
-std::string byte_view::text() const { return std::string(m_data, m_data + m_size); }
+std::string byte_view::text() const { return std::string(begin(), end()); }
 
 }  // namespace ovrik

@@ -2,6 +2,7 @@
 // project does arithmetic on pointers into evidence.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -23,6 +24,14 @@ class byte_view {
   const uint8_t* data() const { return m_data; }  ///< never null
   size_t size() const { return m_size; }
   bool empty() const { return m_size == 0; }
+
+  const uint8_t* begin() const { return m_data; }
+  const uint8_t* end() const { return m_data + m_size; }
+
+  /// True if every byte is 0, as it is without any bytes.
+  bool all_zero() const {
+    return std::all_of(begin(), end(), [](uint8_t byte) { return byte == 0; });
+  }
 
   /// True if `length` bytes from `offset` on lie wholly inside.
   bool has(uint64_t offset, uint64_t length) const {
@@ -56,7 +65,7 @@ class byte_view {
   /// The bytes as characters.
   std::string text() const;
 
-  std::vector<uint8_t> copy() const { return std::vector<uint8_t>(m_data, m_data + m_size); }
+  std::vector<uint8_t> copy() const { return std::vector<uint8_t>(begin(), end()); }
 
  private:
   template <size_t width>

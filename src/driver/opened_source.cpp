@@ -1,13 +1,14 @@
 #include "driver/opened_source.h"
 
-#include <sstream>
-#include <vector>
+#include <utility>
 
 #include "driver/host/console.h"
 #include "driver/host/live_system.h"
-#include "sources/disk/ntfs_offset.h"
-#include "sources/disk/vmdk_chain_check.h"
-#include "sources/disk/vmdk_collection.h"
+#include "driver/vmdk_words.h"
+#include "driver/volume_words.h"
+#include "sources/disk/image_disk.h"
+#include "sources/disk/vmdk_chain.h"
+#include "sources/disk/volume_choice.h"
 
 namespace ovrik {
 
@@ -20,55 +21,35 @@ bool open_image_disk(opened_source& opened, const source_options& source) {
     print_message("invalid image: %s\n\n", source.path.c_str());
     return false;
   }
-  std::ostringstream text;
-  bool found = false;
-  if (pick_ntfs_offset(text, found, opened.volume_offset, *opened.disk, source.ignore_image_size)) {
-    return true;
-  }
-  if (source.volume_offset == 0 && found && opened.volume_offset == 0) return true;
-  print_message("%s\n", text.str().c_str());
+  const volume_choice choice =
+      choose_volume(*opened.disk, source.volume_offset, source.ignore_image_size);
+  opened.volume_offset = choice.offset;
+  if (choice.outcome == volume_outcome::at_offset) return true;
+  if (source.volume_offset == 0 && choice.outcome == volume_outcome::cut_short) return true;
+  print_message("%s\n", volume_words(choice).c_str());
   return false;
 }
 
-/// The option and the files as they can be typed: in one list, but for names that a list would
-/// split.
-std::string option_text(const std::vector<std::string>& files) {
-  std::string list, further;
-  for (const std::string& file : files) {
-    if (file.find_first_of("|,;") != std::string::npos) {
-      further += " -vmdk \"" + file + '"';
-    } else {
-      list += (list.empty() ? "" : " | ") + file;
-    }
-  }
-  return "-vmdk \"" + list + '"' + further;
-}
-
-/// Checks the files and says what is wrong with them and, if there are any, which to name instead.
-bool check_chain(const std::vector<std::string>& files) {
-  std::ostringstream text;
-  std::vector<std::string> suggested;
-  if (vmdk_check_chain(files, text, suggested)) return true;
-  print_message("%s\n", text.str().c_str());
-  if (!suggested.empty()) print_message("suggested array: %s\n", option_text(suggested).c_str());
-  return false;
-}
-
-/// Virtual disks must have an NTFS volume at the offset asked for or anywhere.
+/// The files must make up a disk with an NTFS volume at the offset asked for or anywhere.
 bool open_virtual_disk(opened_source& opened, const source_options& source) {
-  if (!check_chain(source.vmdk_files)) return false;
-  opened.disk = open_vmdk_chain(source.vmdk_files);
-  if (opened.disk == nullptr) {
+  vmdk_chain chain = check_vmdk_chain(source.vmdk_files);
+  if (!chain.complete) {
+    print_message("%s\n", vmdk_words(chain).c_str());
+    if (!chain.files.empty()) {
+      print_message("suggested array: %s\n", vmdk_option_text(chain, "-vmdk").c_str());
+    }
+    return false;
+  }
+  if (chain.disk == nullptr) {
     print_message("invalid disk collection of snaps \n");
     return false;
   }
-  std::ostringstream text;
-  bool found = false;
-  if (pick_ntfs_offset(text, found, opened.volume_offset, *opened.disk, source.ignore_image_size) ||
-      found) {
-    return true;
-  }
-  print_message("%s", text.str().c_str());
+  opened.disk = std::move(chain.disk);
+  const volume_choice choice =
+      choose_volume(*opened.disk, source.volume_offset, source.ignore_image_size);
+  opened.volume_offset = choice.offset;
+  if (choice.has_volume()) return true;
+  print_message("%s", volume_words(choice).c_str());
   return false;
 }
 

@@ -1,6 +1,6 @@
 // The road of virtual disks, on files that programs of others made.
 #include "e2e/volume_test.h"
-#include "sources/disk/vmdk_collection.h"
+#include "sources/disk/vmdk_chain.h"
 
 namespace test_support {
 namespace {
@@ -49,7 +49,7 @@ class vmdk_road : public volume_test {
     shell("qemu-img convert -f vmdk -O raw " + newest + " raw");
     words paths;
     for (const std::string& file : files) paths.push_back(folder.path(file));
-    const auto disk = ovrik::open_vmdk_chain(paths);
+    const auto disk = ovrik::check_vmdk_chain(paths).disk;
     ASSERT_NE(disk, nullptr);
     bytes all(disk->size());
     auto size = static_cast<uint32_t>(all.size());

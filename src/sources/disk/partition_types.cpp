@@ -1,6 +1,8 @@
+#include "sources/disk/partition_types.h"
+
 #include <algorithm>
 
-#include "sources/disk/partitions.h"
+#include "sources/disk/partition_info.h"
 
 namespace ovrik {
 
@@ -11,6 +13,7 @@ struct type_range {
   uint8_t last;
 };
 
+// Partition types that have ever been given to a system.
 constexpr type_range known_types[] = {
     {0x01, 0x01}, {0x04, 0x08}, {0x0B, 0x0C}, {0x0E, 0x0F}, {0x11, 0x12}, {0x14, 0x16},
     {0x1B, 0x1C}, {0x1E, 0x1F}, {0x24, 0x24}, {0x27, 0x27}, {0x41, 0x43}, {0x56, 0x56},
@@ -26,6 +29,7 @@ struct type_name {
   const char* name;
 };
 
+// The names that a user sees; a type that is not in the list is "unk".
 constexpr type_name type_names[] = {
     {0, "empty"},
     {1, "fat12"},

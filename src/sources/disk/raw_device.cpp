@@ -17,34 +17,37 @@ namespace ovrik {
 
 namespace {
 
+/// What a device is asked, and how long its answer may be.
 struct question {
   uint32_t code;
   size_t most_bytes;
   size_t least_bytes;  ///< up to the end of the last field that is read
 };
 
-// IOCTL_DISK_GET_DRIVE_GEOMETRY_EX and IOCTL_DISK_GET_DRIVE_GEOMETRY
+// IOCTL_DISK_GET_DRIVE_GEOMETRY_EX and IOCTL_DISK_GET_DRIVE_GEOMETRY, answered by DISK_GEOMETRY_EX
+// and DISK_GEOMETRY.
 constexpr question large_geometry = {0x000700A0, 120, 32};
 constexpr question plain_geometry = {0x00070000, 120, 24};
-constexpr size_t cylinders_at = 0;  // u64
-constexpr size_t tracks_per_cylinder_at = 12;
-constexpr size_t sectors_per_track_at = 16;
-constexpr size_t bytes_per_sector_at = 20;
-constexpr size_t disk_size_at = 24;  // u64, only in the large form
+constexpr size_t cylinders_at = 0;             // u64
+constexpr size_t tracks_per_cylinder_at = 12;  // u32
+constexpr size_t sectors_per_track_at = 16;    // u32
+constexpr size_t bytes_per_sector_at = 20;     // u32
+constexpr size_t disk_size_at = 24;            // u64, only in the large form
 
-// IOCTL_DISK_GET_PARTITION_INFO and IOCTL_DISK_GET_PARTITION_INFO_EX; the length of a partition
+// IOCTL_DISK_GET_PARTITION_INFO and IOCTL_DISK_GET_PARTITION_INFO_EX, answered by
+// PARTITION_INFORMATION and PARTITION_INFORMATION_EX, for the length of a partition in bytes.
 constexpr question plain_partition = {0x00074004, 32, 16};
 constexpr size_t plain_length_at = 8;  // u64
 constexpr question large_partition = {0x00070048, 144, 24};
 constexpr size_t large_length_at = 16;  // u64
 
-constexpr uint32_t usual_sector = 512;
-constexpr uint32_t largest_sector = 0x10000;
-constexpr uint64_t largest_disk = 0x7FFFFFFFFFFFFFFF;  // offsets are signed
+constexpr uint32_t usual_sector_bytes = 512;
+constexpr uint32_t largest_sector_bytes = 0x10000;
+constexpr uint64_t largest_disk = 0x7FFFFFFFFFFFFFFF;  // bytes; offsets are signed
 
 struct disk_geometry {
-  uint32_t bytes_per_sector = usual_sector;
-  uint64_t total_size = 0;
+  uint32_t bytes_per_sector = usual_sector_bytes;
+  uint64_t total_size = 0;  ///< in bytes
 };
 
 bool ask(open_device_file& device, const question& asked, std::vector<uint8_t>& answer) {
@@ -64,7 +67,7 @@ bool get_geometry(open_device_file& device, disk_geometry& geometry) {
   if (!large && !ask(device, plain_geometry, answer)) return false;
   const byte_view facts(answer);
   const uint32_t sector = facts.u32_at(bytes_per_sector_at);
-  if (sector == 0 || sector > largest_sector) return false;
+  if (sector == 0 || sector > largest_sector_bytes) return false;
   geometry.bytes_per_sector = sector;
   geometry.total_size = facts.u64_at(disk_size_at);
   if (!large) {
@@ -114,9 +117,10 @@ class device_disk : public RAW_DISK_IO {
     }
     uni::memory_block block;  // of whole pages
     if (!block.allocate(count) || !m_device->read(block.data(), count, offset - head)) return false;
-    if (count <= head) return false;
-    size = std::min(count - head, wanted);
-    std::memcpy(buffer, block.data() + head, size);
+    const byte_view there = byte_view(block.data(), count).from(head).clip(0, wanted);
+    if (there.empty()) return false;
+    size = static_cast<uint32_t>(there.size());
+    std::memcpy(buffer, there.data(), size);
     return true;
   }
 

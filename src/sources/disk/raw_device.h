@@ -1,4 +1,4 @@
-// Disks and volumes of the running Windows as sources.
+// Disks and volumes of a running Windows as sources.
 #pragma once
 
 #include <memory>
@@ -17,11 +17,12 @@ enum class device_kind {
 };
 
 /// Opens a device (UTF-8 path). A path of at most 3 characters that begins with a letter is a drive
-/// letter. Nothing: it does not open or, except for a volume by a longer path, tells no geometry.
+/// letter. Nothing: the device does not open, or it does not tell its geometry, which only a volume
+/// with a longer path need not tell.
 std::unique_ptr<RAW_DISK_IO> open_device(device_kind kind, const std::string& path,
                                          const device_calls& calls = devices_of_host());
 
-/// True if the path begins as the names of Windows' devices do, which files can have as well.
+/// True if the path begins as the names of devices do on Windows. Files can be named so as well.
 bool is_device_path(const std::string& path);
 
 }  // namespace ovrik

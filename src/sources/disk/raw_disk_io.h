@@ -1,9 +1,7 @@
-// The block reader under every source that is not a plain hive file.
+// Reading by byte offset: what every source is read through that is not a plain hive file.
 #pragma once
 
 #include <cstdint>
-#include <memory>
-#include <string>
 
 namespace ovrik {
 
@@ -20,14 +18,12 @@ class RAW_DISK_IO {
   /// could be read there.
   virtual bool read(void* buffer, uint32_t& size, uint64_t offset) = 0;
 
-  /// Bytes that may be read; no read starts at or beyond.
+  /// Size in bytes. No read may begin at or behind it.
   virtual uint64_t size() const = 0;
 
-  /// Bytes that the source really holds: fewer than `size` where space is given out as it is used.
+  /// Bytes that the source really stores: fewer than `size` where it leaves out zeros. More data
+  /// than this cannot be in it, whatever a volume on it claims.
   virtual uint64_t stored_size() const { return size(); }
 };
-
-/// Opens an image file or a disk (UTF-8 path). Nothing: it does not open.
-std::unique_ptr<RAW_DISK_IO> open_image(const std::string& path);
 
 }  // namespace ovrik

@@ -12,9 +12,10 @@ std::string shadow_copy_prefix();
 /// without a path behind it.
 std::string shadow_copy_device(const std::string& value);
 
-/// `path` from the first backslash behind a shadow copy's device on: its device path, or
-/// "\\.\snapid_" with an identifier of 36 characters. Any other path stays, and so does one without
-/// such a backslash.
+/// `path` without the shadow copy's device that it begins with, so that the result begins with a
+/// backslash. A device is named by its device path, or by "\\.\snapid_" and an identifier of 36
+/// characters. Any other path stays as it is, and so does one without a backslash behind the
+/// device.
 std::string without_shadow_copy_device(const std::string& path);
 
 }  // namespace ovrik

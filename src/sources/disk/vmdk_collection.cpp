@@ -121,11 +121,7 @@ bool vmdk_collection::vmdk_read(uint8_t* buffer, uint64_t size, uint64_t offset)
   return true;
 }
 
-std::unique_ptr<RAW_DISK_IO> open_vmdk_chain(const std::vector<std::string>& paths) {
-  vmdk_collection files;
-  for (const std::string& path : paths) {
-    if (!files.add_disk(path)) return nullptr;
-  }
+std::unique_ptr<RAW_DISK_IO> make_chain_disk(vmdk_collection files) {
   if (!files.vmdk_link_chain()) return nullptr;
   return std::make_unique<vmdk_chain_disk>(std::move(files));
 }

@@ -11,13 +11,14 @@
 
 namespace ovrik {
 
+/// The opened files, first without and then in an order.
 class vmdk_collection {
  public:
-  /// Opens a file and adds it under its CID; of two files with one CID the first stays. False: it
-  /// is no sparse VMDK that can be opened.
+  /// Opens a file and adds it under its CID. Of two files with the same CID the first one stays.
+  /// False: it is no sparse VMDK that can be opened.
   bool add_disk(const std::string& path);
 
-  /// True if a file names itself as the one that it builds on, be it one that did not stay.
+  /// True if a file names itself as the one that it builds on; files that did not stay count too.
   bool has_own_parent() const { return m_has_own_parent; }
 
   /// All files by their CIDs.
@@ -52,8 +53,8 @@ class vmdk_collection {
   std::vector<const vmdk_disk*> m_chain;
 };
 
-/// The virtual disk that the files at `paths` (UTF-8) make up, in any order. Nothing: the list is
-/// empty, a file does not open, or they make no chain.
-std::unique_ptr<RAW_DISK_IO> open_vmdk_chain(const std::vector<std::string>& paths);
+/// The virtual disk that the files make up, which it holds from then on. Nothing: they make no
+/// chain.
+std::unique_ptr<RAW_DISK_IO> make_chain_disk(vmdk_collection files);
 
 }  // namespace ovrik

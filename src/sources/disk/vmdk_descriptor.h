@@ -13,7 +13,7 @@ struct vmdk_descriptor {
   std::string parent_cid;        ///< of the disk that it builds on
   std::string parent_file_hint;  ///< where that disk was last seen, quotes included
 
-  /// True if the disk stands by itself.
+  /// True if the disk builds on no other (CID_NOPARENT).
   bool is_base() const { return parent_cid == "ffffffff"; }
   /// True if it names itself as the disk that it builds on.
   bool is_own_parent() const { return parent_cid == cid; }

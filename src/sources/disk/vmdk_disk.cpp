@@ -8,23 +8,26 @@ namespace {
 
 constexpr uint64_t sector_bytes = 512;
 
-// SparseExtentHeader.
-constexpr size_t header_bytes = 513;
+// The header of a sparse extent (VMDK SparseExtentHeader). Its fields stand side by side,
+// unaligned.
+constexpr size_t header_bytes = 513;  // with the first byte behind it, without which it is no disk
 constexpr const char* magic = "KDMV";
 constexpr size_t capacity_at = 12;           // u64, sectors
 constexpr size_t grain_size_at = 20;         // u64, sectors
 constexpr size_t descriptor_offset_at = 28;  // u64, sectors
 constexpr size_t descriptor_size_at = 36;    // u64, sectors
-constexpr size_t table_entries_at = 44;      // u32
-constexpr size_t directory_offset_at = 56;   // u64, sectors
-constexpr size_t overhead_at = 64;           // u64, sectors
+constexpr size_t table_entries_at = 44;      // u32, numGTEsPerGT
+constexpr size_t directory_offset_at = 56;   // u64, sectors, gdOffset
+constexpr size_t overhead_at = 64;           // u64, sectors in front of the first grain
 
-constexpr uint64_t largest_descriptor = 0x40000;  // they are written with 10 KiB
+constexpr uint64_t largest_descriptor = 0x40000;  // bytes; they are written with 10 KiB
 
-constexpr uint32_t zeroed_grain = 1;
-constexpr uint32_t entry_bytes = 4;  // of a grain directory or table
+// Entries of a grain directory (the sector of a grain table) and of a grain table (of a grain).
+constexpr uint32_t entry_bytes = 4;
+constexpr uint32_t no_sector = 0;
+constexpr uint32_t zeroed_grain = 1;  // in a grain table only
 
-/// Sectors as bytes. False: they do not fit 63 bits, in which no file is larger.
+/// Turns sectors into bytes. False: they do not fit 63 bits, and no file is that large.
 bool to_bytes(uint64_t sectors, uint64_t& bytes) {
   if (sectors > (uint64_t{1} << 63) / sector_bytes - 1) return false;
   bytes = sectors * sector_bytes;
@@ -45,8 +48,9 @@ bool vmdk_disk::read_header() {
   const byte_view view(header);
   if (!view.text_at(0, magic)) return false;
   m_entries_per_table = view.u32_at(table_entries_at);
+  // All in bytes from here on.
   uint64_t descriptor = 0, descriptor_size = 0, directory = 0, overhead = 0;
-  if (!to_bytes(view.u64_at(capacity_at), m_capacity) ||
+  if (!to_bytes(view.u64_at(capacity_at), m_capacity_bytes) ||
       !to_bytes(view.u64_at(grain_size_at), m_grain_bytes) ||
       !to_bytes(view.u64_at(descriptor_offset_at), descriptor) ||
       !to_bytes(view.u64_at(descriptor_size_at), descriptor_size) ||
@@ -72,13 +76,13 @@ bool vmdk_disk::read_tables(uint64_t directory_at, uint64_t overhead) {
       !m_file.read_vector(bytes, first_table - directory_at, directory_at)) {
     return false;
   }
-  // Tables that overlap do not make a file larger than it is.
+  // Tables may overlap: no more bytes of them are read than the file has.
   uint64_t bytes_left = m_file_size;
   const byte_view directory(bytes);
   for (size_t at = 0; directory.has(at, entry_bytes); at += entry_bytes) {
     grain_table& table = m_grain_directory.emplace_back();
     const uint32_t sector = directory.u32_at(at);
-    if (sector == 0) {
+    if (sector == no_sector) {
       table.known = m_entries_per_table;  // no grain of it was ever stored
     } else {
       read_table(table, sector * sector_bytes, bytes_left);
@@ -91,14 +95,14 @@ void vmdk_disk::read_table(grain_table& table, uint64_t offset, uint64_t& bytes_
   constexpr uint64_t piece_bytes = 0x10000;
   uint64_t wanted = std::min(uint64_t{m_entries_per_table} * entry_bytes, bytes_left);
   table.first = static_cast<uint32_t>(m_grains.size());
-  uint64_t zeros = 0;  // entries in front of the next one that is not zero
+  uint64_t zeros = 0;  // entries without a sector, in front of the next one that has one
   std::vector<uint8_t> piece;
   while (wanted != 0 && m_file.read_vector(piece, std::min(wanted, piece_bytes), offset)) {
     const byte_view entries(piece);
     for (size_t at = 0; entries.has(at, entry_bytes); at += entry_bytes) {
       const uint32_t sector = entries.u32_at(at);
       ++zeros;
-      if (sector == 0) continue;
+      if (sector == no_sector) continue;
       m_grains.resize(m_grains.size() + static_cast<size_t>(zeros));
       m_grains.back() = sector;
       zeros = 0;
@@ -120,7 +124,7 @@ grain_state vmdk_disk::vmdk_locate(uint64_t offset, uint64_t& file_offset) const
   if (entry >= entries.known) return grain_state::zeroed;
   if (entry >= entries.count) return grain_state::absent;
   const uint32_t sector = m_grains[entries.first + static_cast<size_t>(entry)];
-  if (sector == 0) return grain_state::absent;
+  if (sector == no_sector) return grain_state::absent;
   if (sector == zeroed_grain) return grain_state::zeroed;
   file_offset = sector * sector_bytes + offset % m_grain_bytes;
   return grain_state::stored;

@@ -1,4 +1,4 @@
-// One file of a virtual disk: a sparse VMDK extent ("KDMV") with its descriptor inside.
+// One file of a virtual disk: a sparse extent of VMDK ("KDMV") with its descriptor inside.
 #pragma once
 
 #include <cstdint>
@@ -10,33 +10,34 @@
 
 namespace ovrik {
 
-/// What a file holds of one grain, the unit in which space is given out.
+/// What a file holds of one grain. A grain is the stretch of sectors that a virtual disk stores or
+/// leaves out as a whole.
 enum class grain_state {
-  absent,  ///< nothing: an older disk of the chain may have it
-  zeroed,  ///< zeros, whatever older disks hold there
+  absent,  ///< nothing: an older file of the chain may have it
+  zeroed,  ///< zeros, whatever older files hold there
   stored,  ///< its bytes
 };
 
 class vmdk_disk {
  public:
   /// Opens the file at `path` (UTF-8) and reads its header, its descriptor and its grain tables.
-  /// False: it does not open or is no such file, or what leads to the grain tables makes no sense.
-  /// Grains whose table entry cannot be read count as zeros: what an older disk holds in their
-  /// place is not known to be what this one meant.
+  /// False: it does not open, is no such file, or its header or grain directory makes no sense.
+  /// Grains whose table entry cannot be read count as zeros: whether this file or an older one
+  /// holds them is not known, and bytes that are out of date must not be taken for the disk's.
   bool open_disk(const std::string& path);
 
   const std::string& path() const { return m_path; }
   const vmdk_descriptor& descriptor() const { return m_descriptor; }
 
   /// Size of the virtual disk in bytes, as the header states it.
-  uint64_t capacity() const { return m_capacity; }
+  uint64_t capacity() const { return m_capacity_bytes; }
   /// Size of this file in bytes.
   uint64_t file_size() const { return m_file_size; }
   /// Bytes of one grain; never 0 once the disk is open.
   uint64_t grain_bytes() const { return m_grain_bytes; }
 
   /// What the file holds of the grain at `offset` of the virtual disk. If that is stored,
-  /// `file_offset` becomes the place of that very byte in the file.
+  /// `file_offset` becomes the offset of that byte in the file.
   grain_state vmdk_locate(uint64_t offset, uint64_t& file_offset) const;
 
   /// Reads up to `size` bytes at `file_offset`. Returns the count that came, short at the end of
@@ -59,7 +60,7 @@ class vmdk_disk {
   std::string m_path;
   vmdk_descriptor m_descriptor;
   uint64_t m_file_size = 0;
-  uint64_t m_capacity = 0;
+  uint64_t m_capacity_bytes = 0;
   uint64_t m_grain_bytes = 0;
   uint32_t m_entries_per_table = 0;
   std::vector<grain_table> m_grain_directory;

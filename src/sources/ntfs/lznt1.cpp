@@ -6,14 +6,36 @@ namespace ovrik {
 
 namespace {
 
-constexpr uint32_t chunk_bytes = 4096;
+constexpr uint32_t chunk_bytes = 4096;  // what a chunk is decompressed to
+
+// The header of a chunk.
 constexpr uint32_t chunk_header_bytes = 2;
 constexpr uint16_t compressed_bit = 0x8000;
-constexpr uint16_t chunk_length_mask = 0x0FFF;
-constexpr uint16_t raw_chunk_mask = compressed_bit | chunk_length_mask;  // bits between are a mark
+constexpr uint16_t chunk_length_mask = 0x0FFF;  // bytes behind the header, less 1
+constexpr uint16_t raw_chunk_mask =
+    compressed_bit | chunk_length_mask;  // not the signature between
+
+// A copy token: how far back it copies from, less 1, above how many bytes it copies, less 3.
+constexpr uint32_t token_bytes = 2;
+constexpr uint32_t token_bits = 16;
+constexpr uint32_t most_length_bits = 12;
+constexpr uint32_t least_length_bits = 4;
+constexpr uint32_t shortest_copy = 3;
+
 constexpr uint32_t shortest_kept_area = 9;  // a chunk below this length starts on a clean area
 
-/// Decodes the tokens of one compressed chunk into `area`. False: a copy starts in front of it.
+/// The bits of a token's length. The more bytes are `done` of the chunk, the more of its bits are
+/// the distance.
+uint32_t length_bits_at(uint32_t done) {
+  uint32_t bits = most_length_bits;
+  while (done != 0 && bits > least_length_bits && done - 1 >= uint32_t{1} << (token_bits - bits)) {
+    --bits;
+  }
+  return bits;
+}
+
+/// Decodes one compressed chunk into `area`: a byte of flags says of each of the next eight
+/// elements whether it is a copy token or a plain byte. False: a copy starts in front of the chunk.
 bool decode_chunk(std::vector<uint8_t>& area, byte_view chunk) {
   uint64_t in = 0;
   uint32_t out = 0;
@@ -24,15 +46,11 @@ bool decode_chunk(std::vector<uint8_t>& area, byte_view chunk) {
         area[out++] = chunk.u8_at(in++);
         continue;
       }
-      // The further the output has come, the more bits of a token are its distance.
-      uint32_t length_bits = 12;
-      while (out > 16 && length_bits > 4 && out - 1 >= uint32_t{1} << (16 - length_bits)) {
-        --length_bits;
-      }
+      const uint32_t length_bits = length_bits_at(out);
       const uint32_t token = chunk.u16_at(in);
-      in += 2;
+      in += token_bytes;
       const uint32_t distance = (token >> length_bits) + 1;
-      const uint32_t length = (token & ((1U << length_bits) - 1)) + 3;
+      const uint32_t length = (token & ((1U << length_bits) - 1)) + shortest_copy;
       if (distance > out) return false;
       for (uint32_t i = 0; i < length && out < chunk_bytes; ++i, ++out) {
         area[out] = area[out - distance];
@@ -42,13 +60,15 @@ bool decode_chunk(std::vector<uint8_t>& area, byte_view chunk) {
   return true;
 }
 
+/// True if the last 4096 bytes are zeros; fewer, if there are no more.
 bool ends_in_zeros(byte_view unit) {
-  const byte_view tail = unit.from(unit.size() - std::min<size_t>(unit.size(), chunk_bytes));
-  return std::all_of(tail.data(), tail.data() + tail.size(), [](uint8_t b) { return b == 0; });
+  return unit.from(unit.size() - std::min<size_t>(unit.size(), chunk_bytes)).all_zero();
 }
 
-void append(std::vector<uint8_t>& out, const uint8_t* bytes, uint64_t count) {
-  out.insert(out.end(), bytes, bytes + count);
+/// Appends at most `wanted` of the bytes.
+void append(std::vector<uint8_t>& out, byte_view bytes, uint64_t wanted) {
+  const byte_view piece = bytes.clip(0, wanted);
+  out.insert(out.end(), piece.begin(), piece.end());
 }
 
 }  // namespace
@@ -67,13 +87,13 @@ bool decompress_unit(std::vector<uint8_t>& out, byte_view unit, uint64_t wanted)
     }
     if (length < shortest_kept_area) std::fill(area.begin(), area.end(), uint8_t{0});
     if ((header & compressed_bit) != 0 && decode_chunk(area, body)) {
-      append(out, area.data(), piece);
+      append(out, byte_view(area), piece);
     } else if ((header & raw_chunk_mask) == chunk_length_mask) {
-      append(out, body.data(), std::min<uint64_t>(piece, body.size()));
+      append(out, body, piece);
     } else {
       out.resize(begin);
       if (ends_in_zeros(unit)) return false;
-      append(out, unit.data(), std::min<uint64_t>(unit.size(), wanted));
+      append(out, unit, wanted);
       return true;
     }
     wanted -= piece;

@@ -1,4 +1,4 @@
-// LZNT1, the compression of NTFS files.
+// LZNT1, the compression of NTFS files (COMPRESSION_FORMAT_LZNT1).
 #pragma once
 
 #include <cstdint>
@@ -8,9 +8,9 @@
 
 namespace ovrik {
 
-/// Appends the bytes that a compression unit of a compressed file holds to `out`, at most `wanted`
-/// of them. A unit that is no valid sequence of chunks is taken as stored, unless its last 4096
-/// bytes are zeros. False: nothing usable is in it; `out` then holds what came before.
+/// Decompresses one compression unit of a file and appends at most `wanted` bytes of it to `out`. A
+/// unit that is no valid sequence of chunks is taken as stored without compression, unless its last
+/// 4096 bytes are zeros. False: nothing usable is in it; `out` is then as it was.
 bool decompress_unit(std::vector<uint8_t>& out, byte_view unit, uint64_t wanted);
 
 }  // namespace ovrik

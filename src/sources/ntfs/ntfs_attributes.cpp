@@ -6,10 +6,10 @@ namespace ovrik {
 
 namespace {
 
-/// The bytes of a record's attribute list, which is never longer than the system lets it grow. What
-/// cannot be read is left out.
-std::vector<uint8_t> list_bytes(ntfs_volume& volume, const ntfs_attribute& list) {
-  constexpr uint64_t largest_list = 0x40000;
+/// The bytes of a record's attribute list, at most as many as the system lets it grow to. What
+/// cannot be read of it is zeros.
+std::vector<uint8_t> list_bytes(mft_reader& volume, const ntfs_attribute& list) {
+  constexpr uint64_t largest_list = 0x40000;  // bytes
   if (!list.non_resident()) return list.content().copy();
   cluster_extents extents;
   decode_run_list(extents, list.runs(), list.first_vcn());
@@ -18,7 +18,7 @@ std::vector<uint8_t> list_bytes(ntfs_volume& volume, const ntfs_attribute& list)
   for (const cluster_extent& extent : extents) {
     if (bytes.size() >= size) break;
     const uint64_t clusters = (size - bytes.size()) / volume.bytes_per_cluster() + 1;
-    const uint64_t wanted = std::min(clusters, extent.count) * volume.bytes_per_cluster();
+    const uint64_t wanted = std::min(clusters, extent.clusters) * volume.bytes_per_cluster();
     const size_t begin = bytes.size();
     bytes.resize(begin + static_cast<size_t>(wanted));
     if (!extent.sparse) volume.read_clusters(extent.lcn, bytes.data() + begin, wanted);
@@ -29,7 +29,7 @@ std::vector<uint8_t> list_bytes(ntfs_volume& volume, const ntfs_attribute& list)
 
 }  // namespace
 
-void visit_foreign_attributes(ntfs_volume& volume, byte_view record, uint64_t entry,
+void visit_foreign_attributes(mft_reader& volume, byte_view record, uint64_t entry,
                               list_trust trust, diagnostics_log* log,
                               const attribute_visitor& visit) {
   std::vector<uint8_t> list;
@@ -49,7 +49,7 @@ void visit_foreign_attributes(ntfs_volume& volume, byte_view record, uint64_t en
     const byte_view holder(bytes);
     const bool trusted =
         trust == list_trust::any_record || record_sequence(holder) == listed.sequence;
-    if (!holder.text_at(0, "FILE") || !trusted) continue;
+    if (!has_file_mark(holder) || !trusted) continue;
     for (const ntfs_attribute& attribute : attributes_of(holder)) {
       if (attribute.type() != listed.type || attribute.id() != listed.id) continue;
       visit(holder, attribute);

@@ -5,24 +5,24 @@
 #include <functional>
 
 #include "base/diagnostics_log.h"
+#include "sources/ntfs/mft_reader.h"
 #include "sources/ntfs/ntfs_record.h"
-#include "sources/ntfs/ntfs_volume.h"
 
 namespace ovrik {
 
 /// How strictly the record that a list names must be the one that the list means.
 enum class list_trust {
   same_sequence,  ///< its sequence number must be the one in the list
-  any_record,     ///< a record that was used anew counts too
+  any_record,     ///< a record that has been used for another file since counts as well
 };
 
-/// Is given each attribute and the record that holds it; both go away afterwards.
+/// Is given each attribute and the record that holds it. Both are valid during the call only.
 using attribute_visitor = std::function<void(byte_view holder, const ntfs_attribute& attribute)>;
 
-/// Visits the attributes that the $ATTRIBUTE_LIST of `record`, which is `entry`, names in other
-/// records, in the order of the list. One that cannot be read or is not where the list says is left
-/// out. `log` is told of the records, unless it is null.
-void visit_foreign_attributes(ntfs_volume& volume, byte_view record, uint64_t entry,
+/// Visits the attributes that the $ATTRIBUTE_LIST of `record` names in other records, in the order
+/// of the list. `entry` is the number of `record` in the MFT. An attribute that cannot be read or
+/// is not where the list says is left out. `log` is told of the records, unless it is null.
+void visit_foreign_attributes(mft_reader& volume, byte_view record, uint64_t entry,
                               list_trust trust, diagnostics_log* log,
                               const attribute_visitor& visit);
 

@@ -9,30 +9,35 @@ namespace ovrik {
 
 namespace {
 
-// $INDEX_ROOT and an index block ("INDX") hold a node each.
+// $INDEX_ROOT (INDEX_ROOT) and an index block (INDEX_ALLOCATION_BUFFER, "INDX") hold a node each.
 constexpr size_t indexed_type_at = 0x00;     // u32 in the root: the type of the keys
-constexpr size_t root_block_size_at = 0x08;  // u32
+constexpr size_t root_block_size_at = 0x08;  // u32, bytes
 constexpr size_t root_node_at = 0x10;
 constexpr size_t block_node_at = 0x18;
 constexpr size_t index_block_bytes = 4096;
 
-// Node header.
+// Node header (INDEX_HEADER).
 constexpr size_t first_entry_at = 0x00;  // u32, from the node header
-constexpr size_t node_size_at = 0x04;    // u32
+constexpr size_t node_size_at = 0x04;    // u32, bytes
 constexpr uint32_t largest_node = 4096;
 
-// Index entry.
+// Index entry (INDEX_ENTRY); it begins with the reference to the record.
 constexpr size_t entry_length_at = 0x08;  // u16
 constexpr size_t key_length_at = 0x0A;    // u16
 constexpr size_t entry_flags_at = 0x0C;   // u16
+constexpr size_t entry_flags_end = entry_flags_at + 2;
 constexpr uint16_t last_entry = 0x02;
 constexpr uint16_t last_entry_with_children = 0x03;
 constexpr uint32_t longest_entry = 768;
 
-// $FILE_NAME.
-constexpr size_t name_length_at = 0x40;  // u8, in units
-constexpr size_t name_space_at = 0x41;   // u8
+// $FILE_NAME (FILE_NAME); it begins with the reference to the directory.
+constexpr size_t name_length_at = 0x40;  // u8, UTF-16 units
+constexpr size_t name_flags_at = 0x41;   // u8
 constexpr size_t name_at = 0x42;
+
+/// True for a name that is for DOS alone, by the flags of a $FILE_NAME: the bit of Windows names
+/// (1) is not set, but another one is.
+bool is_dos_name(uint32_t flags) { return flags != 0 && flags % 2 == 0; }
 
 constexpr std::string_view file_name_index = "$I30";
 
@@ -41,7 +46,7 @@ void parse_node(byte_view node, std::set<uint64_t>& children) {
   const uint32_t total = node.u32_at(node_size_at);
   if (total == 0 || total > largest_node) return;
   const byte_view entries = node.clip(0, total);
-  for (uint64_t at = entries.u32_at(first_entry_at); entries.has(at, entry_flags_at + 2);) {
+  for (uint64_t at = entries.u32_at(first_entry_at); entries.has(at, entry_flags_end);) {
     const uint32_t length = entries.u16_at(at + entry_length_at);
     const uint32_t key_length = entries.u16_at(at + key_length_at);
     const uint64_t reference = entries.u64_at(at);
@@ -56,6 +61,7 @@ void parse_node(byte_view node, std::set<uint64_t>& children) {
   }
 }
 
+/// Adds the entries of an $INDEX_ROOT, if it is one of file names.
 void parse_root(const ntfs_attribute& root, std::set<uint64_t>& children) {
   const byte_view content = root.content();
   if (content.u32_at(indexed_type_at) != ntfs_type::file_name) return;
@@ -72,27 +78,29 @@ class block_reader {
   /// Reads the clusters of one extent; what cannot be read of it is left out.
   void read(const cluster_extent& extent) {
     constexpr uint64_t read_bytes = 0x40000;
-    const uint32_t cluster = m_volume.bytes_per_cluster();
+    const uint32_t cluster_bytes = m_volume.bytes_per_cluster();
     // Behind a gap or a damaged place the extent may begin within a block.
     const auto lead =
-        static_cast<size_t>(extent.vcn % index_block_bytes * cluster % index_block_bytes);
+        static_cast<size_t>(extent.vcn % index_block_bytes * cluster_bytes % index_block_bytes);
     if (m_block.size() != lead) m_block.assign(lead, 0);
-    const uint64_t clusters_per_read = std::max<uint64_t>(read_bytes / cluster, 1);
+    const uint64_t clusters_per_read = std::max<uint64_t>(read_bytes / cluster_bytes, 1);
     std::vector<uint8_t> bytes;
-    for (uint64_t done = 0; done < extent.count; done += clusters_per_read) {
-      const uint64_t wanted = std::min(extent.count - done, clusters_per_read) * cluster;
+    for (uint64_t done = 0; done < extent.clusters; done += clusters_per_read) {
+      const uint64_t clusters = std::min(extent.clusters - done, clusters_per_read);
+      const uint64_t wanted = clusters * cluster_bytes;
       bytes.resize(static_cast<size_t>(wanted));
       const uint64_t read = m_volume.read_clusters(extent.lcn + done, bytes.data(), wanted);
-      for (uint64_t at = 0; at < read; at += cluster) take(byte_view(bytes).clip(at, cluster));
+      take(byte_view(bytes).clip(0, read));
       if (read != wanted) return;
     }
   }
 
  private:
+  /// Fills blocks with the bytes, and takes the entries of each that is full.
   void take(byte_view bytes) {
     while (!bytes.empty()) {
       const byte_view piece = bytes.clip(0, index_block_bytes - m_block.size());
-      m_block.insert(m_block.end(), piece.data(), piece.data() + piece.size());
+      m_block.insert(m_block.end(), piece.begin(), piece.end());
       bytes = bytes.from(piece.size());
       if (m_block.size() < index_block_bytes) continue;
       if (byte_view(m_block).text_at(0, "INDX") && m_volume.apply_block_fixups(m_block)) {
@@ -104,10 +112,11 @@ class block_reader {
 
   ntfs_volume& m_volume;
   std::set<uint64_t>& m_children;
-  std::vector<uint8_t> m_block;
+  std::vector<uint8_t> m_block;  ///< what has come of the block that is being filled
 };
 
-/// The clusters of all pieces of an index, which are gathered first: a block may lie in two.
+/// The clusters of all pieces of an index. They are gathered before any block is read, since a
+/// block may begin in one piece and end in another.
 struct index_clusters {
   cluster_extents extents;
   uint64_t allocated_size = 0;  ///< in bytes, as the first piece states it
@@ -127,12 +136,12 @@ void take_index_piece(const ntfs_attribute& attribute, std::set<uint64_t>& child
   }
 }
 
+/// Adds the names that the record itself holds.
 void take_names(byte_view record, std::vector<ntfs_name>& names) {
   for (const ntfs_attribute& attribute : attributes_of(record)) {
     if (attribute.type() != ntfs_type::file_name) continue;
     const byte_view content = attribute.content();
-    const uint32_t name_space = content.u8_at(name_space_at);
-    if (content.empty() || (name_space != 0 && name_space % 2 == 0)) continue;
+    if (content.empty() || is_dos_name(content.u8_at(name_flags_at))) continue;
     names.push_back({content.u64_at(0) & entry_mask,
                      utf16_text(content.clip(name_at, 2U * content.u8_at(name_length_at)))});
   }
@@ -160,12 +169,12 @@ bool list_dir_entries(ntfs_volume& volume, uint64_t inode, std::set<uint64_t>& c
                            });
   place_pieces(clusters.extents, clusters.allocated_size / volume.bytes_per_cluster());
   block_reader blocks(volume, children);
-  // Runs that name the same clusters over and over do not make an index larger than its disk.
+  // Runs may name the same clusters over and over: no more are read than the disk stores.
   uint64_t clusters_left = volume.stored_size() / volume.bytes_per_cluster();
   for (cluster_extent& extent : clusters.extents) {
     if (extent.sparse) continue;
-    extent.count = std::min(extent.count, clusters_left);
-    clusters_left -= extent.count;
+    extent.clusters = std::min(extent.clusters, clusters_left);
+    clusters_left -= extent.clusters;
     blocks.read(extent);
   }
   return true;

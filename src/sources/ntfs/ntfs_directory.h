@@ -10,8 +10,9 @@
 
 namespace ovrik {
 
-/// Fills `children` with the MFT entries that the index of directory `inode` lists: all entries of
-/// its root and of every block of its allocation, whether or not the tree still uses the block.
+/// Fills `children` with the MFT entries that the index of directory `inode` (its MFT entry) lists:
+/// those of its root and of every block of its allocation, whether or not the tree still uses the
+/// block.
 /// False: the directory's record cannot be read.
 bool list_dir_entries(ntfs_volume& volume, uint64_t inode, std::set<uint64_t>& children);
 

@@ -11,8 +11,11 @@ namespace ovrik {
 namespace {
 
 constexpr uint64_t clusters_per_unit = 16;     // of compression
-constexpr uint64_t largest_file = 0x7FFFFFFF;  // no reader takes more
-constexpr uint16_t compressed_flag = 0x0001;
+constexpr uint64_t largest_file = 0x7FFFFFFF;  // bytes; no reader takes more
+constexpr uint16_t compressed_flag = 0x0001;   // Flags of an ATTRIBUTE_RECORD_HEADER
+
+/// The first two bytes of a unit that begins with an uncompressed LZNT1 chunk of full length.
+constexpr uint16_t raw_chunk_header = 0x3FFF;
 
 /// The unnamed $DATA of a file, its pieces joined.
 struct data_stream {
@@ -20,10 +23,10 @@ struct data_stream {
   bool non_resident = false;
   uint16_t flags = 0;
   uint8_t compression_unit = 0;
-  uint64_t allocated_size = 0;
-  uint64_t stated_size = 0;  ///< the greater of the initialized and the real one
-  uint64_t compressed_size = 0;
-  uint64_t first_vcn = 0;  ///< of the piece that the sizes come from
+  uint64_t allocated_size = 0;   ///< this and the other sizes in bytes
+  uint64_t stated_size = 0;      ///< the greater of the initialized and the real one
+  uint64_t compressed_size = 0;  ///< what is stored of a compressed file
+  uint64_t first_vcn = 0;        ///< of the piece that the sizes come from
   cluster_extents extents;
   std::vector<uint8_t> resident_bytes;
 
@@ -32,7 +35,7 @@ struct data_stream {
   }
 };
 
-/// Adds a piece of the stream; the one that begins it has the sizes.
+/// Adds a piece of the stream. The sizes come from the piece that lies first in the file.
 void add_piece(data_stream& stream, const ntfs_attribute& attribute) {
   if (attribute.type() != ntfs_type::data || !attribute.name().empty()) return;
   if (!attribute.non_resident()) {
@@ -79,7 +82,7 @@ bool find_data(ntfs_volume& volume, uint64_t inode, data_stream& stream, diagnos
   return stream.found;
 }
 
-/// The bytes that a stream can have at most: what it states and what its extents hold.
+/// The bytes that a stream can have at most: as many as it states and its extents hold.
 uint64_t total_size(const ntfs_volume& volume, const data_stream& stream) {
   const uint64_t clusters = end_vcn(stream.extents);
   const uint64_t held = clusters > largest_file / volume.bytes_per_cluster()
@@ -88,32 +91,30 @@ uint64_t total_size(const ntfs_volume& volume, const data_stream& stream) {
   return std::min(stream.stated_size, held);
 }
 
-/// Reads the real clusters one behind the other, gaps between them left as zeros, until `bytes` is
-/// full or one cannot be read.
+/// Reads the clusters one behind the other until `bytes` is full or one cannot be read, and cuts
+/// `bytes` there. Holes take no room; gaps between the pieces of the file stay zeros.
 void read_plain(ntfs_volume& volume, const data_stream& stream, uni::memory_block& bytes) {
-  const uint32_t cluster = volume.bytes_per_cluster();
-  const size_t whole = bytes.size() / cluster * cluster;
+  const uint32_t cluster_bytes = volume.bytes_per_cluster();
+  const size_t whole = bytes.size() / cluster_bytes * cluster_bytes;  // in whole clusters
   size_t done = 0;
-  bool failed = false;
   uint64_t vcn = 0;
   for (const cluster_extent& extent : stream.extents) {
     // What a missing piece held is zeros, so that all behind it stays in its place.
-    const uint64_t gap = std::min<uint64_t>(extent.vcn - vcn, (whole - done) / cluster);
-    done += static_cast<size_t>(gap) * cluster;
-    vcn = extent.vcn + extent.count;
+    const uint64_t gap_clusters =
+        std::min<uint64_t>(extent.vcn - vcn, (whole - done) / cluster_bytes);
+    done += static_cast<size_t>(gap_clusters) * cluster_bytes;
+    vcn = extent.vcn + extent.clusters;
     if (extent.sparse) continue;
-    const uint64_t wanted = std::min<uint64_t>(extent.count, (whole - done) / cluster) * cluster;
+    const uint64_t clusters = std::min<uint64_t>(extent.clusters, (whole - done) / cluster_bytes);
+    const uint64_t wanted = clusters * cluster_bytes;
     const uint64_t read = volume.read_clusters(extent.lcn, bytes.data() + done, wanted);
     done += static_cast<size_t>(read);
-    failed = read != wanted;
-    if (failed || wanted == extent.count * cluster) {
-      if (failed) break;
-      continue;
-    }
+    if (read != wanted) break;
+    if (clusters == extent.clusters) continue;
     // The file ends within this extent, and mostly within a cluster.
-    std::vector<uint8_t> last(cluster);
+    std::vector<uint8_t> last(cluster_bytes);
     if (bytes.size() != whole &&
-        volume.read_clusters(extent.lcn + wanted / cluster, last.data(), cluster) == cluster) {
+        volume.read_clusters(extent.lcn + clusters, last.data(), cluster_bytes) == cluster_bytes) {
       std::memcpy(bytes.data() + done, last.data(), bytes.size() - done);
       done = bytes.size();
     }
@@ -131,21 +132,22 @@ struct stored_unit {
 };
 
 stored_unit read_unit(ntfs_volume& volume, const cluster_extents& extents, uint64_t first_vcn) {
-  const uint32_t cluster = volume.bytes_per_cluster();
+  const uint32_t cluster_bytes = volume.bytes_per_cluster();
   stored_unit unit;
   for (uint64_t vcn = first_vcn; vcn < first_vcn + clusters_per_unit && !unit.damaged; ++vcn) {
     const auto extent = std::upper_bound(
         extents.begin(), extents.end(), vcn,
-        [](uint64_t place, const cluster_extent& e) { return place < e.vcn + e.count; });
+        [](uint64_t place, const cluster_extent& e) { return place < e.vcn + e.clusters; });
     if (extent == extents.end()) break;
     const size_t begin = unit.bytes.size();
-    unit.bytes.resize(begin + cluster);
+    unit.bytes.resize(begin + cluster_bytes);
     if (extent->sparse || vcn < extent->vcn) {
       unit.has_hole = true;
       continue;
     }
     const uint64_t lcn = extent->lcn + (vcn - extent->vcn);
-    unit.damaged = volume.read_clusters(lcn, unit.bytes.data() + begin, cluster) != cluster;
+    unit.damaged =
+        volume.read_clusters(lcn, unit.bytes.data() + begin, cluster_bytes) != cluster_bytes;
     unit.has_data = unit.has_data || !unit.damaged;
     if (unit.damaged) unit.bytes.resize(begin);
   }
@@ -154,20 +156,20 @@ stored_unit read_unit(ntfs_volume& volume, const cluster_extents& extents, uint6
 
 /// Decompresses unit after unit until `bytes` is full or a unit has no usable data.
 void read_compressed(ntfs_volume& volume, const data_stream& stream, uni::memory_block& bytes) {
-  const size_t span = clusters_per_unit * volume.bytes_per_cluster();
+  const size_t unit_bytes = clusters_per_unit * volume.bytes_per_cluster();
   size_t filled = 0;
   std::vector<uint8_t> plain;
-  // Every unit counts as one span of the file, whatever came out of it.
-  for (size_t done = 0; done < bytes.size(); done += span) {
+  // A unit stands for as many bytes of the file as its clusters have, however many came out of it.
+  for (size_t done = 0; done < bytes.size(); done += unit_bytes) {
     const uint64_t vcn = done / volume.bytes_per_cluster();
     const stored_unit unit = read_unit(volume, stream.extents, vcn);
-    const size_t wanted = std::min(span, bytes.size() - done);
+    const size_t wanted = std::min(unit_bytes, bytes.size() - done);
     const byte_view stored(unit.bytes);
     plain.clear();
     if (stored.empty()) break;
     if (!unit.has_data && unit.has_hole) {
       plain.resize(wanted);
-    } else if (!unit.has_hole && stored.u16_at(0) != 0x3FFF) {
+    } else if (!unit.has_hole && stored.u16_at(0) != raw_chunk_header) {
       plain = stored.clip(0, wanted).copy();
     } else if (!decompress_unit(plain, stored, wanted)) {
       break;
@@ -179,8 +181,9 @@ void read_compressed(ntfs_volume& volume, const data_stream& stream, uni::memory
 }
 
 /// How many bytes to make room for: no more than any reader takes, nor than what is stored can
-/// justify. A unit of compression holds at least one cluster of its own, and a disk that gives out
-/// space as it is used leaves out zeros.
+/// hold. A compressed file is at most as many times as large as what is stored of it as a unit has
+/// clusters, for every unit with data has one of its own. The same limit is given to a disk that
+/// stores no zeros.
 size_t room_for(const ntfs_volume& volume, const data_stream& stream) {
   uint64_t room = std::min(total_size(volume, stream), largest_file);
   if (!stream.is_compressed()) room = std::min(room, volume.disk_size());

@@ -12,7 +12,7 @@ namespace ovrik {
 
 namespace {
 
-constexpr uint64_t root_directory = 5;
+constexpr uint64_t root_directory = 5;  // MFT entry of the root (ROOT_FILE_NAME_INDEX_NUMBER)
 
 unsigned long long printable(uint64_t value) { return value; }
 

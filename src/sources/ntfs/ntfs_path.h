@@ -9,10 +9,11 @@
 
 namespace ovrik {
 
-/// Finds the MFT entry that `path` leads to from the root directory, A to Z taken as a to z. A
-/// drive letter or a shadow copy's device in front is passed over, as is what stands behind a ":"
-/// in a part of the path; "/" separates the parts if there is one, else a backslash. `log` tells
-/// the walk. False: there is no such file; `inode` then holds what the walk reached.
+/// Finds the MFT entry that `full_path` leads to from the root directory, A to Z taken as a to z.
+/// The parts of the path are separated by "/" if there is one in it, else by backslashes. A drive
+/// letter or a shadow copy's device in front is ignored, and so is what follows a ":" in a part.
+/// `log` is told every step. False: there is no such file; `inode` is then the last directory that
+/// was found.
 bool lookup_path(ntfs_volume& volume, const std::string& full_path, uint64_t& inode,
                  diagnostics_log& log);
 

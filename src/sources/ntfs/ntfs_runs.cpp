@@ -8,7 +8,11 @@ namespace {
 
 constexpr uint64_t most_clusters = uint64_t{1} << 36;  // more than any volume has
 
-/// The little-endian number in the bytes of a field of up to 15, of which 8 count.
+// The header byte of a run: how many bytes its cluster count (low half) and its offset have.
+constexpr uint32_t count_bytes_mask = 0x0F;
+constexpr uint32_t offset_bytes_shift = 4;
+
+/// The little-endian number in a field of up to 15 bytes; bytes behind the eighth are ignored.
 uint64_t field_value(byte_view field) {
   uint64_t value = 0;
   for (size_t i = std::min<size_t>(field.size(), 8); i > 0; --i) {
@@ -28,13 +32,13 @@ uint64_t signed_field_value(byte_view field) {
 }  // namespace
 
 void decode_run_list(cluster_extents& extents, byte_view runs, uint64_t first_vcn) {
-  // Where a piece says that it lies orders it among the others; whether that makes sense is seen
-  // when all of them are there.
+  // The VCN of a piece is only used to sort it among the others; `place_pieces` checks it when all
+  // of them are there.
   uint64_t vcn = std::min(first_vcn, most_clusters / 2);
   uint64_t lcn = 0;
   for (uint64_t at = 0; runs.u8_at(at) != 0;) {
-    const uint32_t count_bytes = runs.u8_at(at) & 0x0F;
-    const uint32_t offset_bytes = runs.u8_at(at) >> 4;
+    const uint32_t count_bytes = runs.u8_at(at) & count_bytes_mask;
+    const uint32_t offset_bytes = runs.u8_at(at) >> offset_bytes_shift;
     if (!runs.has(at, 1 + count_bytes + offset_bytes)) return;
     const uint64_t count = field_value(runs.clip(at + 1, count_bytes));
     const uint64_t delta = signed_field_value(runs.clip(at + 1 + count_bytes, offset_bytes));
@@ -57,18 +61,18 @@ void place_pieces(cluster_extents& extents, uint64_t clusters) {
   bool overlap = false;
   for (const cluster_extent& extent : extents) {
     overlap = overlap || extent.vcn < end;
-    end = extent.vcn + extent.count;
+    end = extent.vcn + extent.clusters;
   }
   if (!overlap && end <= clusters) return;
   uint64_t vcn = 0;
   for (cluster_extent& extent : extents) {
     extent.vcn = vcn;
-    vcn += extent.count;
+    vcn += extent.clusters;
   }
 }
 
 uint64_t end_vcn(const cluster_extents& extents) {
-  return extents.empty() ? 0 : extents.back().vcn + extents.back().count;
+  return extents.empty() ? 0 : extents.back().vcn + extents.back().clusters;
 }
 
 }  // namespace ovrik

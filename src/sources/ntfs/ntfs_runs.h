@@ -10,22 +10,23 @@ namespace ovrik {
 
 /// A stretch of clusters that lie side by side, or a hole.
 struct cluster_extent {
-  uint64_t lcn = 0;  ///< first cluster on the volume; 0 for a hole
-  uint64_t vcn = 0;  ///< first cluster within the attribute
-  uint64_t count = 0;
-  bool sparse = false;
+  uint64_t lcn = 0;       ///< first cluster, counted from the volume's start; 0 for a hole
+  uint64_t vcn = 0;       ///< first cluster, counted from the attribute's start
+  uint64_t clusters = 0;  ///< how many
+  bool sparse = false;    ///< a hole
 };
 
 using cluster_extents = std::vector<cluster_extent>;
 
-/// Appends the extents of a run list whose first cluster is `first_vcn`. A run without an offset is
-/// a hole, and so is one with an offset of 0 unless it is the very first. Ends at a header of 0, at
-/// an element that does not fit, or at one that leads further than any volume reaches.
+/// Appends the extents of a run list (the "mapping pairs" of an ATTRIBUTE_RECORD_HEADER) whose
+/// first cluster is `first_vcn`. A run without an offset is a hole, and so is one with an offset of
+/// 0 unless it is the very first. The list ends at a header byte of 0, at a run that does not fit
+/// into `runs`, and at one that leads further than any volume reaches.
 void decode_run_list(cluster_extents& extents, byte_view runs, uint64_t first_vcn);
 
-/// Puts the extents of all pieces of an attribute into the order of their VCNs. What a piece that
-/// is missing held stays a gap, unless the VCNs overlap or lead past the `clusters` that the
-/// attribute has: they are then numbered anew from 0, without gaps.
+/// Sorts the extents of all pieces of an attribute by VCN. A piece that is missing leaves a gap. If
+/// extents overlap or reach past the `clusters` that the attribute has, their VCNs cannot be
+/// trusted: they are then numbered anew from 0, without gaps.
 void place_pieces(cluster_extents& extents, uint64_t clusters);
 
 /// The VCN behind the last extent: the clusters of an attribute, holes and gaps included.

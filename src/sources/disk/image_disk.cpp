@@ -1,4 +1,4 @@
-#include "sources/disk/raw_disk_io.h"
+#include "sources/disk/image_disk.h"
 
 #include "sources/disk/raw_device.h"
 #include "sources/host/fileio.h"

@@ -1,7 +1,8 @@
-#include "sources/disk/vmdk_chain_check.h"
+#include "sources/disk/vmdk_chain.h"
 
 #include <algorithm>
 #include <new>
+#include <utility>
 
 #include "base/text.h"
 #include "sources/disk/vmdk_collection.h"
@@ -11,27 +12,25 @@ namespace ovrik {
 
 namespace {
 
-bool exists(const std::string& path) {
+bool can_be_opened(const std::string& path) {
   uni::fileio file;
   return file.open_read(path);
 }
 
-/// Opens all files. False: one does not open, which is said.
-bool add_disks(vmdk_collection& files, const std::vector<std::string>& paths, std::ostream& text) {
-  for (const std::string& path : paths) {
-    try {
-      if (files.add_disk(path)) continue;
-      text << path << " can't be opened\n";
-    } catch (const std::bad_alloc&) {
-      text << "prob creating virtual vmware disk mapping\n";
-    }
-    return false;
+/// Opens a file of the chain. False: it does not open, which `chain` then says.
+bool add_file(vmdk_collection& disks, const std::string& path, vmdk_chain& chain) {
+  try {
+    if (disks.add_disk(path)) return true;
+    chain.fault = vmdk_fault::not_opened;
+    chain.faulty_file = path;
+  } catch (const std::bad_alloc&) {
+    chain.fault = vmdk_fault::out_of_memory;
   }
-  return true;
+  return false;
 }
 
 struct linked_disks {
-  const vmdk_disk* base = nullptr;
+  const vmdk_disk* base = nullptr;    ///< one that builds on nothing
   const vmdk_disk* orphan = nullptr;  ///< the first one whose parent is not there
 };
 
@@ -48,7 +47,8 @@ linked_disks link_disks(const vmdk_collection& files) {
   return links;
 }
 
-/// True if the file that the hint means is there already, though its CID says something else.
+/// True if the file that the hint means is there already, though its CID says something else: the
+/// hint stands in the path of the base or, without a base, of any file beside others.
 bool hint_is_known(const vmdk_collection& files, const vmdk_disk* base, const std::string& hint) {
   const auto holds_hint = [&hint](const vmdk_disk& disk) {
     return disk.path().find(hint) != std::string::npos;
@@ -63,14 +63,16 @@ std::string folder_of(const std::string& path) {
   return path.substr(0, path.size() - last_component(path).size());
 }
 
+/// Opens the file for its descriptor alone.
 bool bears_cid(const std::string& path, const std::string& cid) {
   vmdk_disk disk;
   return disk.open_disk(path) && disk.descriptor().cid == cid;
 }
 
-/// Where the parent that the hint means can be opened: at its place, from the folder of the disk
-/// that it is for, or by its last component in `folder`. Of several the first one with the right
-/// CID, or else the first. Empty: nowhere.
+/// The path of the parent that the hint of `disk` means. Three places are tried: the hint as it
+/// stands (in `folder` if it is only a name), the hint taken from the folder of `disk`, and its
+/// last component in `folder`. Of those that can be opened, the first with the right CID counts, or
+/// else the first. Empty: none can be opened.
 std::string place_of_parent(const vmdk_disk& disk, const std::string& hint,
                             const std::string& folder) {
   const vmdk_descriptor& descriptor = disk.descriptor();
@@ -79,7 +81,7 @@ std::string place_of_parent(const vmdk_disk& disk, const std::string& hint,
   const std::string name = hint.substr(hint.find_last_of("\\/") + 1);
   std::vector<std::string> places = {is_path ? hint : folder + hint, folder_of(disk.path()) + hint};
   if (!name.empty()) places.push_back(folder + name);
-  std::erase_if(places, [](const std::string& place) { return !exists(place); });
+  std::erase_if(places, [](const std::string& place) { return !can_be_opened(place); });
   if (places.empty()) return "";
   const auto right = std::find_if(places.begin(), places.end(), [&](const std::string& place) {
     return bears_cid(place, descriptor.parent_cid);
@@ -89,35 +91,38 @@ std::string place_of_parent(const vmdk_disk& disk, const std::string& hint,
 
 }  // namespace
 
-bool vmdk_check_chain(const std::vector<std::string>& paths, std::ostream& text,
-                      std::vector<std::string>& suggested) {
-  suggested = paths;
+vmdk_chain check_vmdk_chain(const std::vector<std::string>& paths) {
+  vmdk_chain chain;
+  chain.files = paths;
   const std::string folder = paths.empty() ? "" : folder_of(paths.front());
-  bool complete = true;
+  vmdk_collection disks;
+  for (const std::string& path : paths) {
+    if (!add_file(disks, path, chain)) return chain;
+  }
   while (true) {
-    vmdk_collection files;
-    if (!add_disks(files, suggested, text)) return false;
-    if (files.has_own_parent()) {
-      text << "Child VMDK CID errors, aborting\n";
-      return false;
+    if (disks.has_own_parent()) {
+      chain.fault = vmdk_fault::own_parent;
+      return chain;
     }
-    const linked_disks links = link_disks(files);
-    if (links.orphan == nullptr) return complete && links.base != nullptr;
-    std::string hint = links.orphan->descriptor().parent_file_hint;
+    const linked_disks links = link_disks(disks);
+    std::string hint = links.orphan == nullptr ? "" : links.orphan->descriptor().parent_file_hint;
     remove_all(hint, '"');
-    if (hint_is_known(files, links.base, hint)) return complete && links.base != nullptr;
+    if (links.orphan == nullptr || hint_is_known(disks, links.base, hint)) {
+      chain.complete = chain.found_parents.empty() && links.base != nullptr;
+      if (chain.complete) chain.disk = make_chain_disk(std::move(disks));
+      return chain;
+    }
     const std::string parent = place_of_parent(*links.orphan, hint, folder);
     // A parent that was found once and is still missing bears another CID.
     const bool found_before =
-        std::find(suggested.begin(), suggested.end(), parent) != suggested.end();
+        std::find(chain.files.begin(), chain.files.end(), parent) != chain.files.end();
     if (parent.empty() || found_before) {
-      text << "Child VMDK points to a parent VMDK that doesn't exist, aborting\n";
-      return false;
+      chain.fault = vmdk_fault::parent_gone;
+      return chain;
     }
-    text << "=> vmdk file: " << links.orphan->path() << '\n'
-         << " depends on parent vmdk " << hint << '\n';
-    suggested.push_back(parent);
-    complete = false;
+    chain.found_parents.push_back({links.orphan->path(), hint});
+    chain.files.push_back(parent);
+    if (!add_file(disks, parent, chain)) return chain;
   }
 }
 

@@ -1,0 +1,152 @@
+#include "sources/ntfs/mft_reader.h"
+
+#include <algorithm>
+
+#include "base/byte_view.h"
+#include "sources/disk/boot_sector.h"
+
+namespace ovrik {
+
+namespace {
+
+// The boot sector (NTFS BIOS parameter block).
+constexpr size_t sectors_per_cluster_at =
+    13;                                    // u8; above 128: 2 to the power of 256 less the value
+constexpr size_t mft_lcn_at = 48;          // u64, MftStartLcn
+constexpr size_t record_clusters_at = 64;  // i8; negative: 2 to the power of its magnitude bytes
+
+constexpr uint32_t default_record_bytes = 1024;
+constexpr uint32_t largest_cluster_bytes = 0x200000;
+constexpr uint32_t records_ahead = 64;  // how many are read at once
+
+/// The product of two numbers, 0 if it does not fit 64 bits.
+uint64_t checked_product(uint64_t left, uint64_t right) {
+  return right != 0 && left > ~uint64_t{0} / right ? 0 : left * right;
+}
+
+/// 0 if the boot sector states more than 2 to the power of 31.
+uint32_t sectors_per_cluster(byte_view boot) {
+  const uint32_t stored = boot.u8_at(sectors_per_cluster_at);
+  if (stored <= 128) return stored;
+  return 256 - stored < 32 ? 1U << (256 - stored) : 0;
+}
+
+/// The bytes of record 0, which may be more or fewer than any record has.
+uint32_t record_bytes(byte_view boot, uint32_t bytes_per_cluster) {
+  const auto stored = static_cast<int8_t>(boot.u8_at(record_clusters_at));
+  if (stored == 0) return default_record_bytes;
+  if (stored < 0) return stored > -32 ? 1U << -stored : 0U;
+  return bytes_per_cluster * static_cast<uint8_t>(stored);  // at most 127 of 2 MiB
+}
+
+}  // namespace
+
+bool mft_reader::read_boot_sector() {
+  std::vector<uint8_t> sector(boot_sector::bytes);
+  if (!read_at(0, sector.data(), sector.size())) return false;
+  const byte_view boot(sector);
+  if (!boot_sector::is_ntfs(boot)) return false;
+  m_bytes_per_sector = boot.u16_at(boot_sector::bytes_per_sector_at);
+  const uint64_t cluster_bytes = uint64_t{m_bytes_per_sector} * sectors_per_cluster(boot);
+  if (cluster_bytes == 0 || cluster_bytes > largest_cluster_bytes) return false;
+  m_bytes_per_cluster = static_cast<uint32_t>(cluster_bytes);
+  m_first_record_bytes = record_bytes(boot, m_bytes_per_cluster);
+  m_mft_offset = checked_product(boot.u64_at(mft_lcn_at), cluster_bytes);
+  return is_record_size(m_first_record_bytes) && m_mft_offset != 0;
+}
+
+void mft_reader::set_record_bytes(uint32_t bytes) {
+  constexpr uint64_t steps_per_record = 4;
+  m_record_bytes = bytes;
+  m_references_left = steps_per_record * (m_disk->stored_size() / bytes);
+}
+
+bool mft_reader::read_mft_record(uint64_t entry, ntfs_record_bytes& record) {
+  if (!read_raw_record(entry, record)) {
+    record.clear();
+    return false;
+  }
+  return apply_fixups(record, m_bytes_per_sector);
+}
+
+bool mft_reader::read_raw_record(uint64_t entry, ntfs_record_bytes& record) {
+  if (entry == 0) {
+    record.resize(m_first_record_bytes);
+    return read_at(m_mft_offset, record.data(), record.size());
+  }
+  const uint64_t mft_offset = checked_product(entry, m_record_bytes);
+  if (mft_offset == 0) return false;
+  record.resize(m_record_bytes);
+  const bool held = m_ahead.holds(entry, m_record_bytes);
+  // Records that are asked for one after another come in one read; if that fails, each by itself,
+  // so that a damaged place costs no more than the records in it.
+  const bool near = entry > m_ahead.last_asked && entry - m_ahead.last_asked <= records_ahead / 4;
+  m_ahead.last_asked = entry;
+  if (!held && near) {
+    m_ahead.first_entry = entry;
+    m_ahead.bytes.resize(size_t{records_ahead} * m_record_bytes);
+    if (!read_mft_bytes(mft_offset, m_ahead.bytes.data(), m_ahead.bytes.size())) {
+      m_ahead.bytes.clear();
+    }
+  }
+  if (held || (near && !m_ahead.bytes.empty())) {
+    const uint64_t at = (entry - m_ahead.first_entry) * m_record_bytes;
+    const byte_view found = byte_view(m_ahead.bytes).clip(at, m_record_bytes);
+    std::copy(found.begin(), found.end(), record.begin());
+    return true;
+  }
+  return read_mft_bytes(mft_offset, record.data(), record.size());
+}
+
+bool mft_reader::read_mft_bytes(uint64_t mft_offset, uint8_t* buffer, uint64_t size) {
+  for (const cluster_extent& extent : m_mft_extents) {
+    const uint64_t begin = checked_product(extent.vcn, m_bytes_per_cluster);
+    const uint64_t length = checked_product(extent.clusters, m_bytes_per_cluster);
+    if (begin == 0 && extent.vcn != 0) return false;
+    if (mft_offset < begin || mft_offset - begin >= length) continue;
+    const uint64_t head = mft_offset - begin;
+    const uint64_t piece = std::min(size, length - head);
+    const uint64_t place = checked_product(extent.lcn, m_bytes_per_cluster);
+    if (extent.sparse || place > ~head || !read_at(place + head, buffer, piece)) return false;
+    if (piece == size) return true;
+    mft_offset += piece;
+    buffer += piece;
+    size -= piece;
+  }
+  return false;
+}
+
+bool mft_reader::follow_reference() {
+  if (m_references_left == 0) return false;
+  --m_references_left;
+  return true;
+}
+
+uint64_t mft_reader::read_clusters(uint64_t lcn, uint8_t* buffer, uint64_t size) {
+  const uint64_t place = checked_product(lcn, m_bytes_per_cluster);
+  if (place == 0 && lcn != 0) return 0;
+  size -= size % m_bytes_per_cluster;
+  if (size != 0 && read_at(place, buffer, size)) return size;
+  uint64_t done = 0;  // cluster by cluster up to the damaged one
+  while (done < size && read_at(place + done, buffer + done, m_bytes_per_cluster)) {
+    done += m_bytes_per_cluster;
+  }
+  return done;
+}
+
+bool mft_reader::read_at(uint64_t offset, uint8_t* buffer, uint64_t size) {
+  constexpr uint64_t largest_read = 0x40000000;
+  if (offset > ~m_volume_offset) return false;
+  const uint64_t start = m_volume_offset + offset;
+  for (uint64_t done = 0; done < size;) {
+    auto piece = static_cast<uint32_t>(std::min(size - done, largest_read));
+    const uint32_t wanted = piece;
+    if (start > ~done || !m_disk->read(buffer + done, piece, start + done) || piece != wanted) {
+      return false;
+    }
+    done += piece;
+  }
+  return true;
+}
+
+}  // namespace ovrik
