@@ -1,5 +1,6 @@
 #include "base/byte_view.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace ovrik {
@@ -21,5 +22,13 @@ std::optional<size_t> byte_view::find(std::string_view text, uint64_t offset) co
 }
 
 std::string byte_view::text() const { return std::string(m_data, m_data + m_size); }
+
+void byte_view::append_to(std::vector<uint8_t>& bytes) const {
+  bytes.insert(bytes.end(), m_data, m_data + m_size);
+}
+
+void byte_view::copy_to(std::span<uint8_t> room) const {
+  std::copy_n(m_data, std::min(m_size, room.size()), room.begin());
+}
 
 }  // namespace ovrik

@@ -121,19 +121,14 @@ void write_shim_rows(std::ostream& out, const shim_cache_results& results,
   }
 }
 
-/// Writes where the entries of a raw listing stand in their order in the buffer. False: there is
-/// none.
-bool dump_shim_slack(std::ostream& out, const shim_cache_results& results, byte_view data) {
+/// Writes the numbers of the entries of a raw listing in their order in the buffer.
+void dump_shim_slack(std::ostream& out, const shim_cache_results& results, byte_view data) {
   if (!data.empty()) out << entry_rule << "\nHeader information\n\n";
-  bool listed = false;
   for (const shim_cache_entry& entry : results) {
-    if (entry.raw_bytes.empty()) continue;
     std::string number;
     append_padded_right(number, decimal_text(entry.entry_number), 4);
     out << entry_rule << "\nentry: " << number << "\n\n";
-    listed = true;
   }
-  return listed;
 }
 
 }  // namespace
@@ -141,8 +136,11 @@ bool dump_shim_slack(std::ostream& out, const shim_cache_results& results, byte_
 bool output_shim_cache(std::ostream& out, const shim_cache_results& results,
                        shim_settings& settings, byte_view data) {
   if (results.empty()) return false;
-  if (settings.raw_mode) return dump_shim_slack(out, results, data);
-  write_shim_rows(out, results, settings);
+  if (settings.raw_mode) {
+    dump_shim_slack(out, results, data);
+  } else {
+    write_shim_rows(out, results, settings);
+  }
   return true;
 }
 
