@@ -72,6 +72,13 @@ class byte_view {
 
   std::vector<uint8_t> copy() const { return std::vector<uint8_t>(m_data, m_data + m_size); }
 
+  /// Number of whole 16-bit units in front of the first one that is 0; of all if none is.
+  size_t units_before_nul() const;
+
+  /// Copies the first 16-bit units to `out`, a byte each, up to one that is 0x80 or more, and
+  /// returns how many those are: `count` at most, which are whole units of the window.
+  size_t copy_ascii_units(char* out, size_t count) const;
+
   /// Appends the bytes to `bytes`.
   void append_to(std::vector<uint8_t>& bytes) const;
 

@@ -2,6 +2,7 @@
 
 #include "base/text.h"
 #include "driver/volume_source.h"
+#include "hive/hive_root.h"
 #include "sources/host/fileio.h"
 
 namespace ovrik {
@@ -41,7 +42,7 @@ std::unique_ptr<reg_hive> open_hive_source(const std::string& path, diagnostics_
 bool is_system_hive(const reg_hive& hive) {
   uint32_t root_offset = 0;
   std::string kind_name;
-  return hive.get_root(root_offset, kind_name) &&
+  return find_root(hive, root_offset, kind_name) &&
          lower_ascii(kind_name).find("system") != std::string::npos;
 }
 
