@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "hive/control_sets.h"
+#include "hive/hive_root.h"
 #include "hive/reg_assert.h"
 #include "hive/reg_query.h"
 #include "memory_file.h"
@@ -19,7 +20,7 @@ void read_all(const std::string& path, size_t size) {
   const ovrik::reg_hive hive(path, ok);
   uint32_t root = 0;
   std::string name;
-  if (hive.get_root(root, name) != hive.usable()) std::abort();
+  if (find_root(hive, root, name) != hive.usable()) std::abort();
   std::vector<std::string> sets;
   list_control_sets(hive, sets);
   for (const char* key : {"AppCompatibility", "AppCompatCache"}) {

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,11 +15,18 @@ namespace ovrik {
 
 /// Window on bytes that someone else owns. Offsets and lengths are in bytes from its start,
 /// numbers are little-endian. A number that does not lie wholly inside is 0; `has` tells that
-/// apart from a real zero.
+/// apart from a real zero. A window knows its place in the evidence that it was cut from, so that
+/// what is found in it can be named by its offset.
 class byte_view {
  public:
   byte_view() = default;
-  byte_view(const uint8_t* data, size_t size) : m_data(data), m_size(data == nullptr ? 0 : size) {}
+
+  /// The `size` bytes at `data`, which stand at the offset `place` of their source.
+  byte_view(const uint8_t* data, size_t size, uint64_t place = 0)
+      : m_data(data == nullptr ? &nothing : data),
+        m_size(data == nullptr ? 0 : size),
+        m_place(place) {}
+
   explicit byte_view(const std::vector<uint8_t>& bytes) : byte_view(bytes.data(), bytes.size()) {}
 
   const uint8_t* data() const { return m_data; }  ///< never null
@@ -33,6 +41,10 @@ class byte_view {
     return std::all_of(begin(), end(), [](uint8_t byte) { return byte == 0; });
   }
 
+  /// Offset of the first byte in the source, in bytes: 0 unless whoever made the first window on
+  /// the source said so. An empty window that lay outside has 0.
+  uint64_t place() const { return m_place; }
+
   /// True if `length` bytes from `offset` on lie wholly inside.
   bool has(uint64_t offset, uint64_t length) const {
     return offset <= m_size && length <= m_size - offset;
@@ -45,14 +57,16 @@ class byte_view {
 
   /// The bytes from `offset` to the end; empty if `offset` lies behind it.
   byte_view from(uint64_t offset) const {
-    return offset <= m_size ? byte_view(m_data + offset, m_size - static_cast<size_t>(offset))
-                            : byte_view();
+    return offset <= m_size
+               ? byte_view(m_data + offset, m_size - static_cast<size_t>(offset), m_place + offset)
+               : byte_view();
   }
 
   /// At most `length` bytes from `offset` on: what runs past the end is cut off.
   byte_view clip(uint64_t offset, uint64_t length) const {
     const byte_view rest = from(offset);
-    return length < rest.m_size ? byte_view(rest.m_data, static_cast<size_t>(length)) : rest;
+    return length < rest.m_size ? byte_view(rest.m_data, static_cast<size_t>(length), rest.m_place)
+                                : rest;
   }
 
   /// True if the characters of `text` stand at `offset`, as bytes.
@@ -66,6 +80,19 @@ class byte_view {
   std::string text() const;
 
   std::vector<uint8_t> copy() const { return std::vector<uint8_t>(begin(), end()); }
+
+  /// Number of whole 16-bit units in front of the first one that is 0; of all if none is.
+  size_t units_before_nul() const;
+
+  /// Copies the first 16-bit units to `out`, a byte each, up to one that is 0x80 or more, and
+  /// returns how many those are: `count` at most, which are whole units of the window.
+  size_t copy_ascii_units(char* out, size_t count) const;
+
+  /// Appends the bytes to `bytes`.
+  void append_to(std::vector<uint8_t>& bytes) const;
+
+  /// Copies the bytes to the start of `room`, as many as there is room for.
+  void copy_to(std::span<uint8_t> room) const;
 
  private:
   template <size_t width>
@@ -82,6 +109,7 @@ class byte_view {
 
   const uint8_t* m_data = &nothing;
   size_t m_size = 0;
+  uint64_t m_place = 0;
 };
 
 }  // namespace ovrik

@@ -4,24 +4,11 @@
 
 namespace ovrik {
 
-namespace {
-
-/// Copies the ASCII units at the start of `count` UTF-16LE units to `out`; returns their number.
-size_t ascii_units(const uint8_t* units, size_t count, char* out) {
-  size_t i = 0;
-  for (; i < count && units[2 * i] < 0x80 && units[2 * i + 1] == 0; ++i) {
-    out[i] = static_cast<char>(units[2 * i]);
-  }
-  return i;
-}
-
-}  // namespace
-
 bool utf16_to_utf8(std::string& out, byte_view units) {
   const size_t count = units.size() / 2;
   // Most paths are ASCII, and of them each unit is a byte.
   out.resize(count);
-  const size_t ascii = ascii_units(units.data(), count, out.data());
+  const size_t ascii = units.copy_ascii_units(out.data(), count);
   if (ascii == count) return true;
 
   out.resize(ascii + (count - ascii) * most_utf8_bytes_per_unit);
@@ -43,12 +30,8 @@ bool utf16_to_utf8(std::string& out, byte_view units) {
 }
 
 std::string utf16_text(byte_view bytes) {
-  const uint8_t* units = bytes.data();
-  const size_t most = bytes.size() / 2;
-  size_t count = 0;
-  while (count < most && (units[2 * count] != 0 || units[2 * count + 1] != 0)) ++count;
   std::string text;
-  utf16_to_utf8(text, bytes.clip(0, 2 * count));  // a broken pair cuts the text there
+  utf16_to_utf8(text, bytes.clip(0, 2 * bytes.units_before_nul()));  // a broken pair cuts it there
   return text;
 }
 

@@ -1,6 +1,7 @@
 #include "driver/plain_hive.h"
 
 #include "base/text.h"
+#include "hive/hive_root.h"
 
 namespace ovrik {
 
@@ -14,7 +15,7 @@ std::unique_ptr<reg_hive> open_plain_hive(const std::string& path) {
 bool is_system_hive(const reg_hive& hive) {
   uint32_t root_offset = 0;
   std::string kind_name;
-  return hive.get_root(root_offset, kind_name) &&
+  return find_root(hive, root_offset, kind_name) &&
          lower_ascii(kind_name).find("system") != std::string::npos;
 }
 

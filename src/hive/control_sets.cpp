@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "base/text.h"
+#include "hive/hive_root.h"
 #include "hive/reg_value.h"
 
 namespace ovrik {
@@ -32,7 +33,7 @@ bool resolve_current_control_set(const reg_hive& hive, reg_key& key) {
   std::string hive_name;
   reg_key select;
   std::string name;
-  return hive.get_root(root_offset, hive_name) &&
+  return find_root(hive, root_offset, hive_name) &&
          find_subkey(hive, root_offset, "Select", select) &&
          current_name(hive, select.nk_offset, name) && find_subkey(hive, root_offset, name, key);
 }
@@ -42,7 +43,7 @@ bool list_control_sets(const reg_hive& hive, std::vector<std::string>& names) {
   uint32_t root_offset = 0;
   std::string hive_name;
   std::vector<reg_key> keys;
-  if (!hive.get_root(root_offset, hive_name) || !enum_subkeys(hive, root_offset, keys)) {
+  if (!find_root(hive, root_offset, hive_name) || !enum_subkeys(hive, root_offset, keys)) {
     return false;
   }
   const reg_key* select = nullptr;

@@ -8,7 +8,7 @@ uint32_t hive_base = 0x1000;
 
 namespace {
 
-// The base block.
+// The base block (registry "regf" header).
 constexpr size_t root_cell_at = 0x24;  // relative to the first bin
 constexpr size_t file_name_at = 0x30;  // UTF-16LE
 constexpr size_t file_name_bytes = 64;
@@ -16,7 +16,7 @@ constexpr size_t log_marker_at = 0x200;
 constexpr size_t second_bin_probe_at = 0x230;
 constexpr size_t usual_first_bin_at = 0x1000;
 
-// A bin header.
+// A bin header (registry "hbin").
 constexpr std::string_view bin_signature = "hbin";
 constexpr size_t bin_offset_at = 4;  // of this bin from the first one
 

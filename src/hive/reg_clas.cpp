@@ -6,7 +6,6 @@
 #include <utility>
 
 #include "hive/hive_header.h"
-#include "hive/reg_key.h"
 
 namespace ovrik {
 
@@ -15,18 +14,6 @@ namespace {
 constexpr uint64_t largest_hive_file = 0x2FFFFFFF;
 constexpr uint64_t header_search_bytes = 0x10000;
 constexpr size_t block_bytes = 0x4000;  // of one load
-
-struct telling_subkey {
-  const char* subkey;
-  const char* hive_name;
-};
-
-constexpr telling_subkey telling_subkeys[] = {
-    {"Select", "System"},    {"control panel", "ntuser.dat"},
-    {"Classes", "Software"}, {"local settings", "usrclass.dat"},
-    {"sam", "SAM"},          {"RXACT", "Security"},
-    {"root", "AmCache.bin"},
-};
 
 }  // namespace
 
@@ -68,7 +55,7 @@ byte_view reg_hive::bytes_at(uint32_t pos, uint64_t length) const {
   length = std::min<uint64_t>(length, size() - pos);
   if (m_image == nullptr) return byte_view(m_whole.data(), m_whole.size()).clip(pos, length);
   load_blocks(pos, pos + static_cast<size_t>(length));
-  return {m_image.get() + pos, static_cast<size_t>(length)};
+  return {m_image.get() + pos, static_cast<size_t>(length), pos};
 }
 
 void reg_hive::load_blocks(size_t begin, size_t end) const {
@@ -84,17 +71,6 @@ void reg_hive::load_blocks(size_t begin, size_t end) const {
     std::memset(m_image.get() + from + read, 0, wanted - read);
     for (; block < behind; ++block) m_loaded[block] = true;
   }
-}
-
-bool reg_hive::get_root(uint32_t& root_offset, std::string& name) const {
-  if (!usable()) return false;
-  root_offset = m_root_offset;
-  name = m_name;
-  for (const telling_subkey& telling : telling_subkeys) {
-    if (!name.empty()) break;
-    if (has_subkey(*this, root_offset, telling.subkey)) name = telling.hive_name;
-  }
-  return true;
 }
 
 }  // namespace ovrik

@@ -37,19 +37,19 @@ class reg_hive {
   uint32_t size() const { return m_filesize; }
 
   /// The start of the cell at the absolute position `pos`, its size field first, as far as the
-  /// fixed fields of any record reach. A negative position that is not further in front of the hive
-  /// than the hive is long has a cell of no bytes, and so has the position just behind the hive.
-  /// Nothing: the position is further away.
+  /// fixed fields of any record reach. `pos` is taken for a signed number: from -size to -1, and at
+  /// the size itself, the view is empty; further out there is nothing.
   std::optional<byte_view> cell_at(uint32_t pos) const;
 
   /// The `length` bytes from the absolute position `pos` on, cut where the hive ends; none if the
   /// position lies outside.
   byte_view bytes_at(uint32_t pos, uint64_t length) const;
 
-  /// Position of the root cell and the kind name of the hive: the name in the base block or, if
-  /// that is empty, the one that the root's subkeys tell; it may stay empty. False: the hive is
-  /// not usable.
-  bool get_root(uint32_t& root_offset, std::string& name) const;
+  /// Absolute position of the root cell.
+  uint32_t root_offset() const { return m_root_offset; }
+
+  /// The hive's name as the base block has it; it may be empty.
+  const std::string& stored_name() const { return m_name; }
 
  private:
   /// Checks the base block; `searched` is where the first bin may stand.

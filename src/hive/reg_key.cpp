@@ -1,6 +1,7 @@
 #include "hive/reg_key.h"
 
 #include "base/text.h"
+#include "hive/carving/hive_cell.h"
 #include "hive/hive_header.h"
 #include "hive/reg_assert.h"
 
@@ -8,8 +9,8 @@ namespace ovrik {
 
 namespace {
 
-// Places in a cell, counted from its size field.
-constexpr size_t signature_at = 0x04;
+// Places in a cell, counted from its size field (registry hive cells "nk", "lf", "lh", "li", "ri").
+constexpr size_t signature_at = cell::content_at;
 
 // Key node ("nk").
 constexpr size_t last_write_at = 0x08;    // FILETIME
@@ -23,8 +24,8 @@ constexpr uint32_t name_at = 0x50;
 // Subkey lists ("lf", "lh", "li", "ri").
 constexpr size_t list_count_at = 0x06;  // u16
 constexpr uint32_t list_entries_at = 0x08;
-constexpr uint32_t hashed_entry_bytes = 8;  // lf and lh: offset, hash
-constexpr uint32_t plain_entry_bytes = 4;   // li and ri: offset
+constexpr uint32_t hashed_entry_bytes = 8;                  // lf and lh: offset, hash
+constexpr uint32_t plain_entry_bytes = cell::offset_bytes;  // li and ri: offset
 
 enum class list_form { hashed, plain, index_root, unknown };
 
@@ -69,7 +70,7 @@ class subkey_walk {
       const uint32_t pos = entry->u32_at(0) + hive_base;
       const auto nk = m_hive.cell_at(pos);
       if (!nk || !is_live_nk(*nk)) continue;
-      if (!append(pos, *nk, 3045)) return true;
+      if (!append(*nk, 3045)) return true;
     }
     return true;
   }
@@ -137,12 +138,13 @@ class subkey_walk {
       const auto list = m_hive.cell_at(nk->u32_at(subkey_list_at) + hive_base);
       if (!list || form_of(*list) == list_form::unknown) return false;
     }
-    return append(pos, *nk, check_line);
+    return append(*nk, check_line);
   }
 
   /// Appends a key. False: its security cell is damaged, or there are more keys than lists of the
   /// hive's size could name, which only a list that is named over and over gives.
-  bool append(uint32_t pos, byte_view nk, unsigned check_line) {
+  bool append(byte_view nk, unsigned check_line) {
+    const auto pos = static_cast<uint32_t>(nk.place());
     const uint32_t security_offset = nk.u32_at(security_at);
     reg_assert(security_offset != 0, "pSK != 0", check_line);
     const auto security = m_hive.cell_at(security_offset + hive_base);

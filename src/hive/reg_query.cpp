@@ -4,6 +4,7 @@
 
 #include "base/text.h"
 #include "hive/control_sets.h"
+#include "hive/hive_root.h"
 #include "hive/reg_key.h"
 #include "hive/reg_value.h"
 
@@ -21,7 +22,7 @@ using segment_span = std::span<const std::string>;
 /// missing, or the subkeys of the key reached cannot be listed.
 bool reach_key(const reg_hive& hive, segment_span segments, reg_key& key) {
   std::string hive_name;
-  if (!hive.get_root(key.nk_offset, hive_name)) return false;
+  if (!find_root(hive, key.nk_offset, hive_name)) return false;
   for (size_t i = 1; i < segments.size(); ++i) {
     const bool current = i == 1 && equal_ignoring_case(segments[i], "CurrentControlSet");
     const bool found = current ? resolve_current_control_set(hive, key)

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "base/utf16.h"
+#include "hive/carving/hive_cell.h"
 #include "hive/hive_header.h"
 #include "hive/reg_assert.h"
 #include "hive/reg_key.h"
@@ -11,9 +12,9 @@ namespace ovrik {
 
 namespace {
 
-// Places in a cell, counted from its size field.
-constexpr size_t signature_at = 0x04;
-constexpr uint32_t content_at = 0x04;  // of a data cell, a value list or a segment list
+// Places in a cell, counted from its size field (registry hive cells "nk", "vk", "db").
+constexpr size_t signature_at = cell::content_at;
+constexpr uint32_t content_at = cell::content_at;  // of a data cell, a value or segment list
 
 // Key node ("nk").
 constexpr size_t value_count_at = 0x28;
@@ -32,37 +33,25 @@ constexpr uint32_t size_mask = 0x0FFFFFFF;
 constexpr uint32_t data_limit = 0x1000000;
 
 // Big data ("db") and its segments.
-constexpr size_t segment_count_at = 0x06;  // u16
-constexpr size_t segment_list_at = 0x08;   // offset
 constexpr uint32_t largest_plain_data = 16351;
 constexpr uint32_t segment_overhead = 8;
-
-/// Magnitude of the size field, which is negative for an allocated cell.
-uint32_t cell_size(byte_view cell) {
-  const uint32_t size = cell.u32_at(0);
-  return size >> 31 != 0 ? 0 - size : size;
-}
-
-void append(std::vector<uint8_t>& bytes, byte_view more) {
-  bytes.insert(bytes.end(), more.data(), more.data() + more.size());
-}
 
 /// Joins the `count` segments in `list` of a big value of `wanted` bytes; what they hold beyond is
 /// slack. All slack together is no more than the hive, however often a list names a segment.
 void read_segments(const reg_hive& hive, byte_view list, uint32_t count, uint32_t wanted,
                    value_bytes& bytes) {
-  for (uint64_t i = 0; i < count && list.has(4 * i, 4); ++i) {
-    const uint32_t segment_pos = list.u32_at(4 * i) + hive_base;
+  for (uint64_t i = 0; i < count && list.has(cell::offset_bytes * i, cell::offset_bytes); ++i) {
+    const uint32_t segment_pos = list.u32_at(cell::offset_bytes * i) + hive_base;
     const auto segment = hive.cell_at(segment_pos);
     if (!segment) continue;
     const uint32_t size = cell_size(*segment);
     const uint32_t capacity = size > segment_overhead ? size - segment_overhead : 0;
     const uint32_t taken = std::min(capacity, wanted);
-    append(bytes.data, hive.bytes_at(segment_pos + content_at, taken));
+    hive.bytes_at(segment_pos + content_at, taken).append_to(bytes.data);
     wanted -= taken;
     const byte_view rest = hive.bytes_at(segment_pos + content_at + taken, capacity - taken);
     if (rest.size() <= hive.size() - std::min<size_t>(bytes.slack.size(), hive.size())) {
-      append(bytes.slack, rest);
+      rest.append_to(bytes.slack);
     }
   }
 }
@@ -93,9 +82,9 @@ bool enum_values(const reg_hive& hive, uint32_t nk_offset, const value_visitor& 
   if (count == 0 || list_offset == 0) return false;
   const uint32_t list_pos = list_offset + hive_base;
   if (!hive.cell_at(list_pos)) return false;
-  const byte_view list = hive.bytes_at(list_pos + content_at, uint64_t{4} * count);
-  for (uint64_t i = 0; i < count && list.has(4 * i, 4); ++i) {
-    const uint32_t offset = list.u32_at(4 * i);
+  const byte_view list = hive.bytes_at(list_pos + content_at, uint64_t{cell::offset_bytes} * count);
+  for (uint64_t i = 0; i < count && list.has(cell::offset_bytes * i, cell::offset_bytes); ++i) {
+    const uint32_t offset = list.u32_at(cell::offset_bytes * i);
     const auto vk = hive.cell_at(offset + hive_base);
     if (!vk || offset > hive.size()) continue;
     reg_value value;
@@ -128,24 +117,25 @@ bool read_value_data(const reg_hive& hive, const reg_value& value, value_bytes& 
   const uint32_t wanted = stored_size & size_mask;
   if ((stored_size & resident_bit) != 0) {
     if ((stored_size & ~resident_bit) <= most_resident_bytes) {
-      append(bytes.data, value.vk.clip(data_offset_at, wanted));
+      value.vk.clip(data_offset_at, wanted).append_to(bytes.data);
     }
     return true;
   }
-  const auto cell = hive.cell_at(value.data_position);
+  const auto data_cell = hive.cell_at(value.data_position);
   const auto data = hive.cell_at(value.data_position + content_at);
-  if (!cell || !data) return false;
+  if (!data_cell || !data) return false;
   const int64_t position = static_cast<int32_t>(value.data_position);
-  const uint32_t masked_size = cell_size(*cell) & size_mask;
+  const uint32_t masked_size = cell_size(*data_cell) & size_mask;
   if (masked_size != 0 && position >= 1 && position + masked_size > hive.size()) return false;
   if (wanted >= data_limit) return true;
-  const uint32_t segments_pos = cell->u32_at(segment_list_at) + hive_base;
+  const uint32_t segments_pos = data_cell->u32_at(db_cell_fields::segment_list_at) + hive_base;
   if (stored_size > largest_plain_data && data->text_at(0, "db") && hive.cell_at(segments_pos)) {
-    const uint32_t count = cell->u16_at(segment_count_at);
-    const byte_view segments = hive.bytes_at(segments_pos + content_at, uint64_t{4} * count);
+    const uint32_t count = data_cell->u16_at(db_cell_fields::segment_count_at);
+    const byte_view segments =
+        hive.bytes_at(segments_pos + content_at, uint64_t{cell::offset_bytes} * count);
     read_segments(hive, segments, count, wanted, bytes);
   } else {
-    append(bytes.data, hive.bytes_at(value.data_position + content_at, wanted));
+    hive.bytes_at(value.data_position + content_at, wanted).append_to(bytes.data);
   }
   return true;
 }

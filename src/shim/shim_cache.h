@@ -9,20 +9,20 @@
 
 namespace ovrik {
 
-/// The byte layouts of a cache. The numbers rule which columns a section has; 8 and 11 are
-/// reserved, and no input yields them.
+/// The byte layouts of a cache, whose rows stand in shim_layouts. 8 and 11 are reserved, and no
+/// input yields them.
 enum class shim_layout : uint32_t {
   none = 0,
-  xp = 1,              ///< Windows XP, 32-bit
-  server2003_x86 = 2,  ///< Server 2003, XP 64-bit
+  xp = 1,
+  server2003_x86 = 2,
   server2003_x64 = 3,
-  vista_x86 = 4,  ///< Vista, Server 2008
+  vista_x86 = 4,
   vista_x64 = 5,
-  win7_x86 = 6,  ///< Windows 7, Server 2008 R2
+  win7_x86 = 6,
   win7_x64 = 7,
-  bare = 9,                ///< Windows 8 family, entries without a header
-  win8 = 10,               ///< Windows 8 and 8.1
-  bare_with_package = 12,  ///< Windows 8 family, entries without a header, with package data
+  bare = 9,
+  win8 = 10,
+  bare_with_package = 12,
   win10 = 13,
   win10_later = 14,
 };
@@ -44,10 +44,9 @@ struct shim_cache_entry {
   uint64_t path_offset = 0;      ///< layouts 2 to 7
   uint32_t flags1 = 0;
   uint32_t flags2 = 0;
-  uint64_t data_size = 0;          ///< layouts 6 and 7; the data themselves are not copied
-  uint64_t data_offset = 0;        ///< from the buffer's start, in bytes
-  uint32_t entry_tag = 0;          ///< word at +4 of layouts 9 to 14; not interpreted
-  std::vector<uint8_t> raw_bytes;  ///< in raw mode, the bytes of the entry
+  uint64_t data_size = 0;    ///< layouts 6 and 7; the data themselves are not copied
+  uint64_t data_offset = 0;  ///< from the buffer's start, in bytes
+  uint32_t entry_tag = 0;    ///< word at +4 of layouts 9 to 14; not interpreted
 };
 
 /// The entries of one cache, in the order of the walk.

@@ -71,12 +71,6 @@ class cell_list {
 
 }  // namespace
 
-bool has_file_size(shim_layout layout) { return layout <= shim_layout::server2003_x64; }
-
-bool has_flags(shim_layout layout) {
-  return !has_file_size(layout) && layout < shim_layout::bare_with_package;
-}
-
 std::string shim_flags_meaning(uint32_t flags1) {
   struct flag_word {
     uint32_t bit;
@@ -93,20 +87,20 @@ std::string shim_flags_meaning(uint32_t flags1) {
   return meaning;
 }
 
-std::vector<field_cell> shim_columns(shim_layout layout, const cache_section& section,
+std::vector<field_cell> shim_columns(const shim_layout_row& layout, const cache_section& section,
                                      const shim_settings& settings, const row_settings& rows) {
   column_list list(rows);
   if (section.key_time != 0) {
     list.add_time("reg date [UTC]", cell_kind::time_header, "reg date", "reg-UTC");
   }
   list.add_time("file modify [UTC]", cell_kind::text, "file mod", "time-UTC");
-  if (layout == shim_layout::xp) {
+  if (layout.has_update_time()) {
     list.add_time("xpupdate [UTC]", cell_kind::time_header, "xpupdate", "time-UTC");
   }
   list.add("entry", short_width);
-  if (layout == shim_layout::xp) list.add("order", short_width);
-  if (has_file_size(layout)) list.add("file sz", number_width);
-  if (has_flags(layout)) {
+  if (layout.has_use_order()) list.add("order", short_width);
+  if (layout.has_file_size) list.add("file sz", number_width);
+  if (layout.has_flags) {
     list.add("flags1", number_width);
     list.add("flags2", number_width);
     list.add("meaning (experimental)", meaning_width);
@@ -119,22 +113,23 @@ std::vector<field_cell> shim_columns(shim_layout layout, const cache_section& se
   return std::move(list.columns);
 }
 
-field_row shim_row(const shim_cache_entry& entry, shim_layout layout, const cache_section& section,
-                   const shim_settings& settings, const row_writer& writer) {
+field_row shim_row(const shim_cache_entry& entry, const shim_layout_row& layout,
+                   const cache_section& section, const shim_settings& settings,
+                   const row_writer& writer) {
   cell_list cells(writer);
   if (section.key_time != 0) cells.add_time(section.key_time);
   cells.add_time(entry.modified_time);
-  if (layout == shim_layout::xp) cells.add_time(entry.update_time);
+  if (layout.has_update_time()) cells.add_time(entry.update_time);
   cells.add_number(entry.entry_number, cell_kind::number32, field_cell::always_decimal);
-  if (layout == shim_layout::xp) {
+  if (layout.has_use_order()) {
     // Sign-extended and shown unsigned: an entry that the list lacks shows the largest number.
     cells.add_number(static_cast<uint64_t>(int64_t{entry.order}), cell_kind::number32,
                      field_cell::always_decimal);
   }
-  if (has_file_size(layout)) {
+  if (layout.has_file_size) {
     cells.add_number(entry.file_size, cell_kind::number64, field_cell::blank_zero);
   }
-  if (has_flags(layout)) {
+  if (layout.has_flags) {
     cells.add_number(entry.flags1, cell_kind::number32);
     cells.add_number(entry.flags2, cell_kind::number32);
     cells.add_text(shim_flags_meaning(entry.flags1));

@@ -6,13 +6,11 @@
 
 namespace ovrik {
 
-/// What the recogniser found out.
+/// What the recogniser found out. The lengths of the header and of an entry stand in the layout's
+/// row.
 struct detected_shim {
   shim_layout layout = shim_layout::none;
-  uint32_t entry_count = 0;  ///< 0 for layouts 9 to 14
-  uint32_t header_bytes = 0;
-  uint32_t entry_bytes = 0;  ///< fixed length of an entry; the least one for layouts 9 to 14
-  uint32_t signature = 0;    ///< first four bytes of an entry of layouts 10, 12, 13 and 14
+  uint32_t entry_count = 0;  ///< as the header states it; 0 for layouts 9 to 14
 };
 
 /// True if `data` looks like a cache; `found` then tells which. False: it does not, and `found`

@@ -33,14 +33,21 @@ bool parse_shim_cache(shim_cache_results& results, byte_view data, uint32_t slac
                       bool raw_mode) {
   results.clear();
   detected_shim found;
-  if (!detect_shim_layout(data, found) || found.header_bytes >= data.size()) return false;
+  if (!detect_shim_layout(data, found)) return false;
   shim_walk walk(results, data, found, slack_length, raw_mode);
-  if (found.layout == shim_layout::xp) {
-    walk_xp_cache(walk);
-  } else if (found.layout <= shim_layout::win7_x64) {
-    walk_array_cache(walk);
-  } else {
-    walk_signed_cache(walk);
+  if (walk.layout.header_bytes >= data.size()) return false;
+  switch (walk.layout.family) {
+    case shim_family::slots:
+      walk_slot_cache(walk);
+      break;
+    case shim_family::array:
+      walk_array_cache(walk);
+      break;
+    case shim_family::chain:
+      walk_chain_cache(walk);
+      break;
+    case shim_family::none:
+      break;
   }
   return true;
 }

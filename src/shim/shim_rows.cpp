@@ -9,6 +9,7 @@
 #include "output/field_row.h"
 #include "output/fixed_records.h"
 #include "shim/shim_columns.h"
+#include "shim/shim_layouts.h"
 
 namespace ovrik {
 
@@ -52,19 +53,20 @@ entry_list entries_in_row_order(const shim_cache_results& results, bool by_name)
 }
 
 /// The path as the fixed records show it, with its place in the use order if the layout has one.
-std::string path_with_order(const shim_cache_entry& entry, shim_layout layout) {
-  if (layout != shim_layout::xp) return entry.path_raw;
+std::string path_with_order(const shim_cache_entry& entry, const shim_layout_row& layout) {
+  if (!layout.has_use_order()) return entry.path_raw;
   return entry.path_raw + " (sorted# " + std::to_string(entry.order) + ")";
 }
 
 /// The words of a timeline row for what has no field of its own there.
-std::string extra_words(const shim_cache_entry& entry, shim_layout layout, bool hex_numbers) {
-  if (has_file_size(layout)) {
+std::string extra_words(const shim_cache_entry& entry, const shim_layout_row& layout,
+                        bool hex_numbers) {
+  if (layout.has_file_size) {
     if (entry.file_size == 0) return {};
     return hex_numbers ? "File size: 0x" + hex_text(entry.file_size, 8)
                        : "File size:" + decimal_text(entry.file_size);
   }
-  if (!has_flags(layout)) return {};
+  if (!layout.has_flags) return {};
   const std::string meaning = shim_flags_meaning(entry.flags1);
   return "Flags1: 0x" + hex_text(entry.flags1, 8) + "; Flags2: 0x" + hex_text(entry.flags2, 8) +
          (meaning.empty() ? "" : "; [" + meaning + "]");
@@ -75,7 +77,7 @@ struct row_context {
   row_writer& writer;
   const cache_section& section;
   const shim_settings& settings;
-  shim_layout layout;  ///< all valid entries of one cache have one
+  const shim_layout_row& layout;  ///< all valid entries of one cache have one
 };
 
 void write_cells(const row_context& context, const shim_cache_entry& entry) {
@@ -140,19 +142,14 @@ void write_shim_rows(const row_context& context, const shim_cache_results& resul
   }
 }
 
-/// Writes where the entries of a raw listing stand in their order in the buffer. False: there is
-/// none.
-bool dump_shim_slack(std::ostream& out, const shim_cache_results& results, byte_view data) {
+/// Writes the numbers of the entries of a raw listing in their order in the buffer.
+void dump_shim_slack(std::ostream& out, const shim_cache_results& results, byte_view data) {
   if (!data.empty()) out << entry_rule << "\nHeader information\n\n";
-  bool listed = false;
   for (const shim_cache_entry& entry : results) {
-    if (entry.raw_bytes.empty()) continue;
     std::string number;
     append_padded_right(number, decimal_text(entry.entry_number), 4);
     out << entry_rule << "\nentry: " << number << "\n\n";
-    listed = true;
   }
-  return listed;
 }
 
 }  // namespace
@@ -161,8 +158,11 @@ bool output_shim_cache(row_writer& writer, const cache_section& section,
                        const shim_cache_results& results, const shim_settings& settings,
                        byte_view data) {
   if (results.empty()) return false;
-  if (settings.raw_mode) return dump_shim_slack(writer.out(), results, data);
-  write_shim_rows({writer, section, settings, results.front().layout}, results);
+  if (settings.raw_mode) {
+    dump_shim_slack(writer.out(), results, data);
+  } else {
+    write_shim_rows({writer, section, settings, layout_facts(results.front().layout)}, results);
+  }
   return true;
 }
 

@@ -1,4 +1,4 @@
-// The walks over the two families of layouts, behind `parse_shim_cache`.
+// The walks over the families of layouts, behind `parse_shim_cache`.
 #pragma once
 
 #include <cstdint>
@@ -7,6 +7,7 @@
 #include "base/byte_view.h"
 #include "shim/shim_cache.h"
 #include "shim/shim_detect.h"
+#include "shim/shim_layouts.h"
 
 namespace ovrik {
 
@@ -14,16 +15,18 @@ namespace ovrik {
 class shim_walk {
  public:
   shim_walk(shim_cache_results& results, byte_view buffer, const detected_shim& detected,
-            uint32_t slack_length, bool keep_raw)
+            uint32_t slack_length, bool keep_invalid)
       : data(buffer),
-        found(detected),
-        raw_mode(keep_raw),
-        offset(detected.header_bytes),
+        layout(layout_facts(detected.layout)),
+        entry_count(detected.entry_count),
+        raw_mode(keep_invalid),
+        offset(layout.header_bytes),
         m_results(results),
         m_slack_length(slack_length) {}
 
   const byte_view data;
-  const detected_shim found;
+  const shim_layout_row& layout;
+  const uint32_t entry_count;  ///< as the header states it
   const bool raw_mode;
   uint64_t offset;  ///< of the step, from the buffer's start; moves on with each step
 
@@ -51,13 +54,13 @@ class shim_walk {
   uint64_t m_path_bytes = 0;
 };
 
-/// Layout 1.
-void walk_xp_cache(shim_walk& walk);
+/// The walk over the family `slots`.
+void walk_slot_cache(shim_walk& walk);
 
-/// Layouts 2 to 7.
+/// The walk over the family `array`.
 void walk_array_cache(shim_walk& walk);
 
-/// Layouts 9 to 14.
-void walk_signed_cache(shim_walk& walk);
+/// The walk over the family `chain`.
+void walk_chain_cache(shim_walk& walk);
 
 }  // namespace ovrik

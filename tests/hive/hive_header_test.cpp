@@ -4,6 +4,7 @@
 
 #include <filesystem>
 
+#include "hive/hive_root.h"
 #include "opened_hive.h"
 
 namespace ovrik {
@@ -93,7 +94,7 @@ TEST(reg_hive, without_a_name_has_that_of_its_first_telling_subkey) {
     for (size_t i = first; i < std::size(names); ++i) nameless.root.at(names[i].first);
     uint32_t root = 0;
     std::string name = "old";
-    EXPECT_TRUE(opened_hive(nameless.bytes()).hive.get_root(root, name));
+    EXPECT_TRUE(find_root(opened_hive(nameless.bytes()).hive, root, name));
     EXPECT_EQ(name, names[first].second);
     EXPECT_EQ(root, nameless.key_at(""));
   }

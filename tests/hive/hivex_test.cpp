@@ -2,6 +2,7 @@
 // those of real machines.
 
 #include "hive/control_sets.h"
+#include "hive/hive_root.h"
 #include "opened_hive.h"
 #include "support/outside.h"
 
@@ -77,7 +78,7 @@ TEST(real_hive, of_another_kind_tells_its_name) {
   bool ok = false;
   uint32_t root = 0;
   std::string name;
-  EXPECT_TRUE(reg_hive(folder.path("hive"), ok).get_root(root, name));
+  EXPECT_TRUE(find_root(reg_hive(folder.path("hive"), ok), root, name));
   EXPECT_EQ(name, "SAM");
 }
 

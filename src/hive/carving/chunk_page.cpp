@@ -18,16 +18,12 @@ bool is_valid_time(uint64_t filetime) {
   return decode_filetime(value, filetime);
 }
 
-/// True if `bytes`, which reach to the page's end, begin with an entry of `layout`, 2 to 7. The
-/// time is tested too: a page is looked at where an entry may begin, not where one has to.
-bool is_entry(shim_layout layout, byte_view bytes) {
-  const array_layout& fields = array_layout_of(layout);
-  return is_array_entry(bytes, fields) && is_valid_time(bytes.u64_at(fields.modified_at));
-}
-
-bool is_xp_entry(byte_view bytes) {
-  return bytes.size() >= xp_cache::entry_bytes &&
-         is_valid_time(bytes.u64_at(xp_cache::update_time_at));
+/// True if `bytes`, which reach to the page's end, begin with an entry of the layout. The time is
+/// tested too: a page is looked at where an entry may begin, not where one has to.
+bool is_entry(const shim_layout_row& row, byte_view bytes) {
+  const bool has_form = row.family == shim_family::array ? is_array_entry(bytes, row)
+                                                         : bytes.size() >= row.entry_bytes;
+  return has_form && is_valid_time(bytes.u64_at(row.carving_time_at));
 }
 
 /// The last path that begins within the last 256 bytes of the page, save the very last 8.
@@ -54,41 +50,37 @@ uint32_t text_bytes(byte_view bytes) {
 
 bool is_bin_page(byte_view page) { return page.text_at(0, "hbin"); }
 
-uint64_t first_cell_bytes(byte_view page) {
-  const int64_t size = static_cast<int32_t>(page.u32_at(bin_page::first_cell_at));
-  return static_cast<uint64_t>(size < 0 ? -size : size);
-}
-
 uint64_t tail_page_count(byte_view page) {
-  const uint64_t pages = (first_cell_bytes(page) + bin_page::first_cell_at) / chunk_page_bytes;
+  const uint64_t cell_bytes = cell_size(page.from(bin_page::first_cell_at));
+  const uint64_t pages = (cell_bytes + bin_page::first_cell_at) / chunk_page_bytes;
   return pages == 0 ? 0 : pages - 1;
 }
 
 std::optional<uint32_t> probe_page(const chunk_layout& layout, byte_view page) {
   if (layout.entry_places.empty()) return std::nullopt;
-  const bool xp = layout.layout == shim_layout::xp;
+  const shim_layout_row& row = layout_facts(layout.layout);
   for (const uint32_t place : layout.entry_places) {
-    const byte_view rest = page.from(place);
-    if (xp ? is_xp_entry(rest) : is_entry(layout.layout, rest)) return place;
+    if (is_entry(row, page.from(place))) return place;
   }
-  return layout.hunts_paths ? last_path(page) : std::nullopt;
+  return row.mark == carving_mark::entries_or_paths ? last_path(page) : std::nullopt;
 }
 
 page_survey survey_page(const chunk_layout& layout, byte_view page, uint32_t start) {
   constexpr uint32_t least_path_bytes = 16;
+  const shim_layout_row& row = layout_facts(layout.layout);
   page_survey found;
   for (uint32_t at = start; at < chunk_page_bytes;) {
     const byte_view rest = page.from(at);
-    if (layout.layout == shim_layout::xp) {
+    if (row.family == shim_family::slots) {
       // Slots have nothing to tell them by; only headers among them are counted.
-      if (rest.u32_at(0) == layout.magic) ++found.entry_count;
-      at += layout.entry_bytes;
+      if (rest.u32_at(0) == row.carving_magic) ++found.entry_count;
+      at += row.entry_bytes;
       continue;
     }
-    if (is_entry(layout.layout, rest)) {
+    if (is_entry(row, rest)) {
       ++found.entry_count;
-      found.path_offsets.push_back(rest.u32_at(array_layout_of(layout.layout).path_offset_at));
-      at += layout.entry_bytes;
+      found.path_offsets.push_back(rest.u32_at(row.path_offset_at));
+      at += row.entry_bytes;
       continue;
     }
     if (rest.size() < least_path_bytes) break;

@@ -31,9 +31,6 @@ struct page_survey {
 /// True if `page` begins a bin.
 bool is_bin_page(byte_view page);
 
-/// Size of the first cell of a bin page in bytes, be it in use or free.
-uint64_t first_cell_bytes(byte_view page);
-
 /// Number of pages behind a bin page that the first cell says its data reach to.
 uint64_t tail_page_count(byte_view page);
 

@@ -8,7 +8,6 @@ namespace ovrik {
 
 namespace {
 
-constexpr uint64_t base_block_bytes = 4096;
 constexpr uint64_t segment_room = 16384;     // in a chunk by lists, more than any segment fills
 constexpr uint32_t third_tail_bytes = 4092;  // the last 4 bytes belong to the next cell
 
@@ -64,15 +63,15 @@ class list_route {
 
   /// Reads the offsets of a segment list. False: it does not lie in the source, its cell is too
   /// small for it, or it is long and the lists so far have named too much that is not there.
-  bool read_list(const db_cell& cell, std::vector<uint8_t>& list) {
-    const uint64_t position = cell.list_offset + base_block_bytes;
-    const size_t list_bytes = size_t{4} * cell.segment_count;
-    if (!read_exactly(list, 4, position)) return false;
-    const int64_t size = static_cast<int32_t>(byte_view(list).u32_at(0));
-    if (static_cast<uint64_t>(size < 0 ? -size : size) < 4 + list_bytes) return false;
-    if (position + 4 + list_bytes > m_source.file_size) return false;
-    if (m_misses_left == 0 && cell.segment_count > long_list) return false;
-    return list_bytes != 0 && read_exactly(list, list_bytes, position + 4);
+  bool read_list(const db_cell& db, std::vector<uint8_t>& list) {
+    const uint64_t position = uint64_t{db.list_offset} + base_block_bytes;
+    const uint64_t entries_at = position + cell::content_at;
+    const size_t list_bytes = size_t{cell::offset_bytes} * db.segment_count;
+    if (!read_exactly(list, cell::content_at, position)) return false;
+    if (cell_size(byte_view(list)) < cell::content_at + list_bytes) return false;
+    if (entries_at + list_bytes > m_source.file_size) return false;
+    if (m_misses_left == 0 && db.segment_count > long_list) return false;
+    return list_bytes != 0 && read_exactly(list, list_bytes, entries_at);
   }
 
   bool read_exactly(std::vector<uint8_t>& bytes, size_t size, uint64_t position) const {
@@ -81,8 +80,9 @@ class list_route {
 
   void follow_list(byte_view list, carved_chunk& chunk, page_run& pages) {
     uint64_t at = 0;
-    for (uint32_t number = 1; list.has(4 * (uint64_t{number} - 1), 4); ++number) {
-      const uint32_t cell_offset = list.u32_at(4 * (uint64_t{number} - 1));
+    for (uint64_t entry = 0; list.has(entry, cell::offset_bytes); entry += cell::offset_bytes) {
+      const uint32_t cell_offset = list.u32_at(entry);
+      const auto number = static_cast<uint32_t>(entry / cell::offset_bytes + 1);
       // The segment's cell is the first one of a bin of its own.
       const auto page_offset =
           static_cast<uint32_t>(cell_offset + base_block_bytes - bin_page::first_cell_at);

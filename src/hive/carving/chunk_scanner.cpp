@@ -4,6 +4,7 @@
 #include <new>
 
 #include "shim/shim_detect.h"
+#include "shim/shim_layouts.h"
 
 namespace ovrik {
 
@@ -15,23 +16,23 @@ class page_scan {
   page_scan(scanned_source& source, carve_listener& listener)
       : m_source(source), m_listener(listener) {}
 
-  /// Looks at the page at `offset`. False: the rest of the source cannot have anything.
-  bool look_at(uint64_t offset, byte_view page) {
-    return is_bin_page(page) ? look_at_bin(offset, page) : look_at_tail(offset, page);
+  /// Looks at a page. False: the rest of the source cannot have anything.
+  bool look_at(byte_view page) {
+    return is_bin_page(page) ? look_at_bin(page) : look_at_tail(page);
   }
 
  private:
-  bool look_at_tail(uint64_t offset, byte_view page) {
+  bool look_at_tail(byte_view page) {
     if (!m_layout_known) return true;
     const auto entry_at = probe_page(m_source.layout, page);
-    if (entry_at) m_source.tail_pages.emplace(offset, keep(offset, page, *entry_at, false));
+    if (entry_at) m_source.tail_pages.emplace(page.place(), keep(page, *entry_at, false));
     return true;
   }
 
-  bool look_at_bin(uint64_t offset, byte_view page) {
-    if (!m_layout_known) recognise(offset, page);
+  bool look_at_bin(byte_view page) {
+    if (!m_layout_known) recognise(page);
     if (!m_layout_known) {
-      find_db_cell(offset, page);
+      find_db_cell(page);
       return true;
     }
     // The entries of Windows 8 and later have no places of their own, so that no bin page of such
@@ -39,54 +40,54 @@ class page_scan {
     if (m_source.layout.entry_places.empty()) return false;
     const auto entry_at = probe_page(m_source.layout, page);
     if (!entry_at) {
-      find_db_cell(offset, page);
+      find_db_cell(page);
       return true;
     }
-    const uint32_t index = keep(offset, page, *entry_at, true);
-    m_source.bin_pages.emplace(offset, index);
-    if (page.u32_at(bin_page::data_at) == m_source.layout.magic) {
-      m_source.start_pages.emplace(offset, index);
+    const uint32_t index = keep(page, *entry_at, true);
+    m_source.bin_pages.emplace(page.place(), index);
+    const uint32_t first = page.u32_at(bin_page::data_at);
+    if (first == layout_facts(m_source.layout.layout).carving_magic) {
+      m_source.start_pages.emplace(page.place(), index);
     }
     return true;
   }
 
   /// The first cache in the source decides what is looked for in the rest of it.
-  void recognise(uint64_t offset, byte_view page) {
+  void recognise(byte_view page) {
     detected_shim found;
     if (!detect_shim_layout(page.clip(bin_page::data_at, bin_page::data_bytes), found)) return;
     const auto layout = chunk_layout_of(found.layout);
     if (!layout) return;
     m_source.layout = *layout;
     m_layout_known = true;
-    m_listener.layout_recognised(offset, found.layout);
+    m_listener.layout_recognised(page.place(), found.layout);
   }
 
   /// Notes the first cell on a bin page that lists the segments of a large value. The cells in
   /// front of it are passed, be they in use or free.
-  void find_db_cell(uint64_t offset, byte_view page) {
-    constexpr uint64_t db_cell_bytes = 16;
+  void find_db_cell(byte_view page) {
     if (!m_source.is_hive) return;
     for (uint64_t at = bin_page::first_cell_at; at < chunk_page_bytes;) {
-      const byte_view cell = page.from(at);
-      const int64_t size = static_cast<int32_t>(cell.u32_at(0));
-      const auto cell_bytes = static_cast<uint64_t>(size < 0 ? -size : size);
-      if (cell_bytes < 1 || at + cell_bytes >= chunk_page_bytes) return;
-      if (cell_bytes == db_cell_bytes && cell.text_at(4, "db")) {
-        m_source.db_cells.push_back(
-            {static_cast<uint32_t>(offset + at), cell.u32_at(8), cell.u16_at(6)});
+      const byte_view bytes = page.from(at);
+      const uint64_t size = cell_size(bytes);
+      if (size < 1 || at + size >= chunk_page_bytes) return;
+      if (size == db_cell_fields::bytes && bytes.text_at(cell::content_at, "db")) {
+        m_source.db_cells.push_back({static_cast<uint32_t>(page.place() + at),
+                                     bytes.u32_at(db_cell_fields::segment_list_at),
+                                     bytes.u16_at(db_cell_fields::segment_count_at)});
         return;
       }
-      at += cell_bytes;
+      at += size;
     }
   }
 
   /// Copies the page and returns its index.
-  uint32_t keep(uint64_t offset, byte_view page, uint32_t entry_at, bool is_bin) {
+  uint32_t keep(byte_view page, uint32_t entry_at, bool is_bin) {
     chunk_page& kept = m_source.pages.emplace_back();
-    kept.offset = offset;
+    kept.offset = page.place();
     kept.entry_at = entry_at;
     kept.is_bin = is_bin;
-    std::copy_n(page.data(), std::min(page.size(), kept.bytes.size()), kept.bytes.begin());
+    page.copy_to(kept.bytes);
     return static_cast<uint32_t>(m_source.pages.size() - 1);
   }
 
@@ -110,8 +111,9 @@ void scan_blocks(scanned_source& source, carve_listener& listener, uint64_t& off
                 block.begin() + static_cast<std::ptrdiff_t>(whole), uint8_t{0});
       size = whole;
     }
+    const byte_view bytes(block.data(), size, offset);
     for (size_t at = 0; at + chunk_page_bytes <= size; at += chunk_page_bytes) {
-      if (!scan.look_at(offset, byte_view(block).clip(at, chunk_page_bytes))) {
+      if (!scan.look_at(bytes.clip(at, chunk_page_bytes))) {
         offset = source.file_size;
         return;
       }
@@ -145,12 +147,11 @@ bool scan_pages(scanned_source& source, carve_listener& listener) {
 }
 
 bool are_bins_in_place(const scanned_source& source) {
-  constexpr int64_t base_block_bytes = 4096;
   if (!source.is_hive) return true;
   return std::all_of(source.bin_pages.begin(), source.bin_pages.end(), [&](const auto& found) {
     const byte_view page = source.pages[found.second].view();
     const int64_t bin_offset = static_cast<int32_t>(page.u32_at(bin_page::bin_offset_at));
-    return bin_offset + base_block_bytes == static_cast<int64_t>(found.first);
+    return bin_offset + int64_t{base_block_bytes} == static_cast<int64_t>(found.first);
   });
 }
 
