@@ -103,6 +103,12 @@ void write_seeds(const std::filesystem::path& folder) {
   add("hive", "system", system_hive({set}, 1).bytes());
   add("carve", "hive_of_two_segments", system_hive_with(cache_of_segments(7, 2)).bytes());
   add("carve", "raw_of_windows_xp", segment_bins(cache_of_segments(1, 1)));
+  add("options", "list",
+      as_bytes(
+          "ovrik\n-pipe_binary\n-filter\n*.bin|\\config\n-filter_sig\n7265|4\n-cmd_start_time\n"
+          "30-Jan-2 3:04 "
+          "PM\n-cmd_stop_time\n2031/1/1\n-alias\na|b\n-csvgen\n-timeformat\nhh:mm:ss"));
+  add("options", "disks", as_bytes("ovrik\n-vmdk\na|b;\"c\"\n-vmdk\nd\n-offset\n0x10\n-multiline"));
   for (const int layout : {1, 2, 3, 4, 5, 6, 7, 9, 10, 12, 13, 14}) {
     add("shim", "layout-" + std::to_string(layout), small_cache(layout));
   }
