@@ -14,8 +14,8 @@ size_t show_progress(size_t max_width, std::string_view text);
 /// Wipes the progress line.
 void clear_progress();
 
-/// Prints the formatted message in one piece: a console shows the bytes of a character that come
-/// one by one as so many characters.
+/// Prints the formatted message with one write: a console shows a character whose bytes come one by
+/// one as several characters.
 void print_message(const char* format, ...) __attribute__((format(printf, 1, 2)));
 
 /// Wipes the progress line and prints the formatted message. One that is just too long for 4096

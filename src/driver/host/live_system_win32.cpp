@@ -6,7 +6,7 @@ namespace ovrik {
 
 namespace {
 
-/// False: the rights are missing, which is said with `words` in front of the advice.
+/// True for an administrator with full rights. False: prints `words` and what to do.
 bool check_rights(const char* words) {
   if (have_admin_rights(running_windows())) return true;
   print_message("%s", words);

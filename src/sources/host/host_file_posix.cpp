@@ -25,8 +25,8 @@ int open_file(const std::string& path, int flags) {
   return retried([&] { return ::open(path.c_str(), flags | O_CLOEXEC | O_NOCTTY, new_file_mode); });
 }
 
-// What `file_use` asks for, in its order. The mere opening of a device can do something: evidence,
-// which is a plain file or a whole disk, is never waited for.
+// The flags of `open`, in the order of `file_use`. Evidence is a plain file or a whole disk:
+// opening it never waits for a peer, and never makes a terminal the one of this process.
 constexpr int flags_of_use[] = {O_RDONLY | O_NONBLOCK | O_NOATIME, O_WRONLY | O_CREAT | O_TRUNC,
                                 O_WRONLY | O_CREAT | O_EXCL, O_WRONLY};
 

@@ -35,8 +35,8 @@ void clear_read_only(const std::string& name) {
       [](bool done) { return !done; });
 }
 
-/// True for the device of a disk or a volume: what is no stream of characters and has no facts of a
-/// file.
+/// True for the device of a disk or a volume: no character device, and without the information that
+/// the system has of every file.
 bool is_disk(const std::string& name) {
   const ovrik::file_handle device(
       ovrik::open_handle(name, 0, share_results | FILE_SHARE_DELETE, OPEN_EXISTING, 0));
@@ -59,11 +59,11 @@ struct use_flags {
   DWORD disposition;
 };
 
-// A pipe waits for its writer as it was made, perhaps for nothing but writing.
+// A pipe may have been made for writing only.
 constexpr use_flags flags_of_pipe = {GENERIC_WRITE, 0, OPEN_EXISTING};
 
-// What `file_use` asks for, in its order. Nobody is kept from what he does with evidence, which may
-// be in use.
+// What is asked of the system, in the order of `file_use`. Evidence may be in use, so other
+// programs keep every right on it.
 constexpr use_flags flags_of_use[] = {
     {GENERIC_READ, share_results | FILE_SHARE_DELETE, OPEN_EXISTING},
     {GENERIC_READ | GENERIC_WRITE, share_results, CREATE_ALWAYS},
@@ -116,14 +116,14 @@ bool write_host_file(host_file file, const uint8_t* bytes, size_t size, size_t& 
   const size_t piece = console ? console_piece({bytes, size}) : size;
   DWORD count = 0;
   const bool written = WriteFile(handle, bytes, static_cast<DWORD>(piece), &count, nullptr) != 0;
-  // What an old console says is not believed: it counts characters where it was given bytes.
+  // Up to Windows 7 a console answers with characters, not bytes, so its count is not used.
   put = console && written ? piece : count;
   return written && put != 0;
 }
 
 bool extend_host_file(host_file file, uint64_t size) {
   HANDLE handle = handle_of(file);
-  // What is not written takes no room then; a file system that cannot do that fills it.
+  // Makes the file sparse. A file system without sparse files fills it with zeros.
   DWORD unused = 0;
   DeviceIoControl(handle, FSCTL_SET_SPARSE, nullptr, 0, nullptr, 0, &unused, nullptr);
   LARGE_INTEGER end{};

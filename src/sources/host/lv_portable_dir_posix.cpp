@@ -24,7 +24,7 @@ struct memory_freer {
   void operator()(char* memory) const { std::free(memory); }
 };
 
-/// Folders are told from files by what a link leads to.
+/// True if the entry is a folder; a link counts as what it leads to.
 bool is_folder(const std::string& path, const dirent& entry) {
   if (entry.d_type == DT_DIR) return true;
   if (entry.d_type != DT_LNK && entry.d_type != DT_UNKNOWN) return false;

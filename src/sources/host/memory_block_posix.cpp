@@ -18,8 +18,8 @@ memory_block::memory_block(memory_block&& other) noexcept
 bool memory_block::allocate(size_t size) {
   void* pages = mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
   if (pages == MAP_FAILED) return false;
-  // Large pages where the system has them, and all pages in one call where it can: both only cost
-  // time when refused.
+  // Two hints: use large pages, and provide all pages at once. A system that refuses them only
+  // takes longer.
   madvise(pages, size, MADV_HUGEPAGE);
   madvise(pages, size, MADV_POPULATE_WRITE);
   m_data = static_cast<uint8_t*>(pages);

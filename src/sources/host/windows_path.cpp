@@ -15,7 +15,8 @@ constexpr std::string_view separators = "\\/";
 /// Where the last name of the path begins.
 size_t name_start(std::string_view path) { return path.find_last_of(separators) + 1; }
 
-/// The path from the root on. Asked for all of it, the system would cut the end of the last name.
+/// The path from the root on. The last name is not handed to the system, which would cut the full
+/// stops and blanks at its end.
 std::string full_path_with_end(const std::string& path, full_path_call full_path) {
   if (!loses_its_end(path)) return full_path(path);
   std::string folder = full_path(folder_of(path));
