@@ -20,8 +20,8 @@ enum class row_form {
 
 /// What sets one form apart from the others.
 struct form_facts {
-  bool header_once;   ///< one header for the whole stream, not one for each section
-  bool has_headings;  ///< a heading stands in front of each section
+  bool header_once;   ///< one header for the whole stream, and no empty line behind a section
+  bool has_headings;  ///< a heading stands in front of each section of a hive
   bool one_line;      ///< line ends inside a cell are rewritten, so that a row is one line
 };
 

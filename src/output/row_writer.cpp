@@ -35,8 +35,7 @@ std::string header_line(const std::vector<field_cell>& columns, const row_settin
 
 void row_writer::begin_section(const std::string& heading) {
   const form_facts form = facts_of(m_settings.form);
-  if (!form.has_headings) return;
-  m_heading = heading;
+  if (form.has_headings) m_heading = heading;
   if (!form.header_once) m_header_due = true;
 }
 
