@@ -12,11 +12,15 @@ namespace ovrik {
 class read_allowance {
  public:
   explicit read_allowance(uint64_t hive_bytes)
-      : m_entries_left(4 * (hive_bytes / least_key_bytes)),
+      : m_steps_left(4 * (hive_bytes / least_entry_bytes)),
+        m_entries_left(4 * (hive_bytes / least_key_bytes)),
         m_value_cells_left(2 * (hive_bytes / least_value_bytes)),
         m_bytes_left(2 * hive_bytes) {}
 
   /// One entry of a list of keys or of sublists. False, here and below: there are no more.
+  bool take_step() { return take(m_steps_left); }
+
+  /// The look at the cell that such an entry names.
   bool take_entry() { return take(m_entries_left); }
 
   /// One entry of a list of values or of the segments of a value.
@@ -35,6 +39,7 @@ class read_allowance {
   bool exceeded() const { return m_exceeded; }
 
  private:
+  static constexpr uint32_t least_entry_bytes = 4;   // of a list
   static constexpr uint32_t least_key_bytes = 80;    // of an nk cell
   static constexpr uint32_t least_value_bytes = 24;  // of a vk cell
 
@@ -49,6 +54,7 @@ class read_allowance {
     return false;
   }
 
+  uint64_t m_steps_left;
   uint64_t m_entries_left;
   uint64_t m_value_cells_left;
   uint64_t m_bytes_left;

@@ -65,10 +65,12 @@ class subkey_walk {
  private:
   /// lf and lh: what is no key is skipped.
   bool walk_hashed(uint32_t list_pos, uint32_t count) {
-    for (uint32_t i = 0; i < count && m_allowance.take_entry(); ++i) {
+    for (uint32_t i = 0; i < count && m_allowance.take_step(); ++i) {
       const auto entry = m_hive.cell_at(hashed_entry(list_pos, i));
       if (!entry) return true;
       const uint32_t pos = entry->u32_at(0) + hive_base;
+      if (was_visited(pos)) continue;
+      if (!m_allowance.take_entry()) return true;
       const auto nk = m_hive.cell_at(pos);
       if (!nk || !is_live_nk(*nk)) continue;
       if (!visit(*nk, 3045)) return true;
@@ -81,7 +83,7 @@ class subkey_walk {
     const uint32_t entries_pos = list_pos + list_entries_at;
     if (!m_hive.cell_at(entries_pos)) return false;
     const byte_view entries = m_hive.bytes_at(entries_pos, uint64_t{plain_entry_bytes} * count);
-    for (uint32_t i = 0; i < count && m_allowance.take_entry(); ++i) {
+    for (uint32_t i = 0; i < count && m_allowance.take_step(); ++i) {
       const uint32_t pos = entries.u32_at(plain_entry_bytes * i) + hive_base;
       if (!visit_with_list(pos, 3101)) return true;
     }
@@ -93,10 +95,13 @@ class subkey_walk {
     const uint32_t entries_pos = list_pos + list_entries_at;
     if (!m_hive.cell_at(entries_pos)) return false;
     const byte_view entries = m_hive.bytes_at(entries_pos, uint64_t{plain_entry_bytes} * count);
-    for (uint32_t i = 0; i < count && m_allowance.take_entry(); ++i) {
+    for (uint32_t i = 0; i < count && m_allowance.take_step(); ++i) {
       const uint32_t sublist_pos = entries.u32_at(plain_entry_bytes * i) + hive_base;
+      if (was_visited(sublist_pos)) continue;
+      if (!m_allowance.take_entry()) return true;
       const auto sublist = m_hive.cell_at(sublist_pos);
       if (!sublist) continue;
+      note_visit(sublist_pos);
       const uint32_t sublist_count = sublist->u16_at(list_count_at);
       const list_form form = form_of(*sublist);
       if (form == list_form::hashed) {
@@ -109,7 +114,7 @@ class subkey_walk {
   }
 
   void walk_hashed_sublist(uint32_t list_pos, uint32_t count) {
-    for (uint32_t i = 0; i < count && m_allowance.take_entry(); ++i) {
+    for (uint32_t i = 0; i < count && m_allowance.take_step(); ++i) {
       const auto entry = m_hive.cell_at(hashed_entry(list_pos, i));
       if (!entry || entry->u32_at(0) == 0) return;
       if (!visit_with_list(entry->u32_at(0) + hive_base, 2921)) return;
@@ -120,7 +125,7 @@ class subkey_walk {
     const uint32_t entries_pos = list_pos + list_entries_at;
     if (!m_hive.cell_at(entries_pos)) return false;
     const byte_view entries = m_hive.bytes_at(entries_pos, uint64_t{plain_entry_bytes} * count);
-    for (uint32_t i = 0; i < count && m_allowance.take_entry(); ++i) {
+    for (uint32_t i = 0; i < count && m_allowance.take_step(); ++i) {
       const uint32_t offset = entries.u32_at(plain_entry_bytes * i);
       if (offset == 0 || !visit_with_list(offset + hive_base, 2977)) return true;
     }
@@ -131,8 +136,23 @@ class subkey_walk {
     return list_pos + list_entries_at + hashed_entry_bytes * index;
   }
 
+  /// True if the key or sublist at `pos` was visited before, as far as that was noted: a walk
+  /// through few entries notes nothing, since room for all positions would cost more than it does.
+  bool was_visited(uint32_t pos) {
+    constexpr uint32_t hive_bytes_an_entry = 2048;
+    if (++m_entries <= m_hive.size() / hive_bytes_an_entry) return false;
+    if (m_visited.empty()) m_visited.resize(m_hive.size());
+    return pos < m_visited.size() && m_visited[pos];
+  }
+
+  void note_visit(uint32_t pos) {
+    if (pos < m_visited.size()) m_visited[pos] = true;
+  }
+
   /// Visits the key at `pos` if it is one and its own subkey list, if it has subkeys, is in order.
   bool visit_with_list(uint32_t pos, unsigned check_line) {
+    if (was_visited(pos)) return true;
+    if (!m_allowance.take_entry()) return false;
     const auto nk = m_hive.cell_at(pos);
     if (!nk || !is_live_nk(*nk)) return false;
     if (nk->u32_at(subkey_count_at) != 0) {
@@ -149,6 +169,7 @@ class subkey_walk {
     reg_assert(security_offset != 0, "pSK != 0", check_line);
     const auto security = m_hive.cell_at(security_offset + hive_base);
     if (!security || !security->text_at(signature_at, "sk")) return false;
+    note_visit(pos);
     m_visit(
         {pos, nk.u64_at(last_write_at), m_hive.bytes_at(pos + name_at, nk.u16_at(name_length_at))});
     return true;
@@ -157,6 +178,8 @@ class subkey_walk {
   const reg_hive& m_hive;
   read_allowance& m_allowance;
   const key_visitor& m_visit;
+  uint64_t m_entries = 0;
+  std::vector<bool> m_visited;  ///< by position
 };
 
 }  // namespace

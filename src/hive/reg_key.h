@@ -30,10 +30,10 @@ bool is_named(const reg_key& key, std::string_view name);
 using key_visitor = std::function<void(const reg_key& key)>;
 
 /// Visits the subkeys of the key at the absolute position `nk_offset` in the order of the hive, one
-/// that is listed more than once as often. Damage skips a subkey or ends a list, as the kind of
-/// list has it, and still gives true, as does the end of the allowance. False: the hive has no such
-/// cell, or the list cannot be read or has another count than the key; what was visited so far
-/// does not count then.
+/// that is listed more than once perhaps as often. Damage skips a subkey or ends a list, as the
+/// kind of list has it, and still gives true, as does the end of the allowance. False: the hive has
+/// no such cell, or the list cannot be read or has another count than the key; what was visited so
+/// far does not count then.
 bool enum_subkeys(const reg_hive& hive, uint32_t nk_offset, read_allowance& allowance,
                   const key_visitor& visit);
 
