@@ -15,7 +15,7 @@ class read_allowance {
       : m_steps_left(4 * (hive_bytes / least_entry_bytes)),
         m_entries_left(4 * (hive_bytes / least_key_bytes)),
         m_value_cells_left(2 * (hive_bytes / least_value_bytes)),
-        m_bytes_left(2 * hive_bytes) {}
+        m_bytes_left(hive_bytes) {}
 
   /// One entry of a list of keys or of sublists. False, here and below: there are no more.
   bool take_step() { return take(m_steps_left); }

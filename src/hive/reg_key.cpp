@@ -139,7 +139,7 @@ class subkey_walk {
   /// True if the key or sublist at `pos` was visited before, as far as that was noted: a walk
   /// through few entries notes nothing, since room for all positions would cost more than it does.
   bool was_visited(uint32_t pos) {
-    constexpr uint32_t hive_bytes_an_entry = 2048;
+    constexpr uint32_t hive_bytes_an_entry = 1024;
     if (++m_entries <= m_hive.size() / hive_bytes_an_entry) return false;
     if (m_visited.empty()) m_visited.resize(m_hive.size());
     return pos < m_visited.size() && m_visited[pos];

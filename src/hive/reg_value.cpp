@@ -53,7 +53,7 @@ bool join_segments(const reg_hive& hive, byte_view list, uint32_t count, uint32_
     whole_size += piece.size();
   };
   for (uint64_t i = 0; i < count && list.has(cell::offset_bytes * i, cell::offset_bytes); ++i) {
-    if (!allowance.take_value_cell()) return false;
+    if (!allowance.take_value_cell()) break;
     const uint32_t segment_pos = list.u32_at(cell::offset_bytes * i) + hive_base;
     const auto segment = hive.cell_at(segment_pos);
     if (!segment) continue;
