@@ -47,10 +47,12 @@ bool join_segments(const reg_hive& hive, byte_view list, uint32_t count, uint32_
   std::vector<byte_view> pieces;
   size_t data_size = 0;
   size_t whole_size = 0;
-  const auto add = [&](byte_view piece) {
-    if (piece.empty() || piece.size() > data_limit - whole_size) return;
-    pieces.push_back(piece);
-    whole_size += piece.size();
+  const auto add = [&](uint32_t pos, uint32_t length) {
+    if (pos >= hive.size()) return;
+    length = std::min(length, hive.size() - pos);
+    if (length == 0 || length > data_limit - whole_size) return;
+    pieces.push_back(hive.bytes_at(pos, length));
+    whole_size += length;
   };
   for (uint64_t i = 0; i < count && list.has(cell::offset_bytes * i, cell::offset_bytes); ++i) {
     if (!allowance.take_value_cell()) break;
@@ -61,9 +63,9 @@ bool join_segments(const reg_hive& hive, byte_view list, uint32_t count, uint32_
     const uint32_t capacity = size > segment_overhead ? size - segment_overhead : 0;
     const uint32_t taken = std::min(capacity, wanted);
     wanted -= taken;
-    add(hive.bytes_at(segment_pos + content_at, taken));
+    add(segment_pos + content_at, taken);
     if (taken != 0) data_size = whole_size;
-    add(hive.bytes_at(segment_pos + content_at + taken, capacity - taken));
+    add(segment_pos + content_at + taken, capacity - taken);
   }
   if (!allowance.take_bytes(whole_size)) return false;
   bytes.joined.reserve(whole_size);
