@@ -3,6 +3,7 @@
 
 #include <cstdlib>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "hive/control_sets.h"
@@ -21,17 +22,20 @@ void read_all(const std::string& path, size_t size) {
   uint32_t root = 0;
   std::string name;
   if (find_root(hive, root, name) != hive.usable()) std::abort();
-  std::vector<std::string> sets;
-  list_control_sets(hive, sets);
-  for (const char* key : {"AppCompatibility", "AppCompatCache"}) {
-    std::vector<ovrik::reg_hit> hits;
-    query_values(
-        hive, {"System", "CurrentControlSet", "Control", "Session Manager", key, "AppCompatCache"},
-        hits);
-    for (const ovrik::reg_hit& hit : hits) {
-      if (hit.data.size() > size || hit.slack.size() > size) std::abort();
-    }
+  ovrik::read_allowance allowance(hive.size());
+  std::vector<ovrik::reg_key> sets;
+  list_control_sets(hive, allowance, sets);
+  ovrik::reg_key current;
+  if (!resolve_current_control_set(hive, allowance, current)) return;
+  size_t handed_out = 0;
+  for (const std::string_view key : {"AppCompatibility", "AppCompatCache"}) {
+    const std::string_view segments[] = {"Control", "Session Manager", key, "AppCompatCache"};
+    query_values(hive, current.nk_offset, segments, allowance, [&](const ovrik::reg_hit& hit) {
+      if (hit.data.size() > hit.data_and_slack.size()) std::abort();
+      handed_out += hit.data_and_slack.size();
+    });
   }
+  if (handed_out > size + 0x1000000) std::abort();
 }
 
 }  // namespace

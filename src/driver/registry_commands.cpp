@@ -1,5 +1,7 @@
 #include "driver/registry_commands.h"
 
+#include <optional>
+#include <string_view>
 #include <vector>
 
 #include "base/text.h"
@@ -19,9 +21,17 @@ constexpr const char* heading_rule =
     "----------- \n";
 constexpr size_t progress_width = 50;
 
-constexpr const char* key_prefix = "HKLM\\System\\";
-constexpr const char* xp_key = "\\Control\\Session Manager\\AppCompatibility\\AppCompatCache";
-constexpr const char* later_key = "\\Control\\Session Manager\\AppCompatCache\\AppCompatCache";
+constexpr size_t longest_name = 255;  // of a key in its usual encoding, in bytes
+
+/// Where the cache stands below a control set, its last part the value's name.
+struct cache_place {
+  const char* title;
+  std::string_view path[4];
+};
+constexpr cache_place cache_places[] = {
+    {"WinXP Shim Cache", {"Control", "Session Manager", "AppCompatibility", "AppCompatCache"}},
+    {"Shim Cache", {"Control", "Session Manager", "AppCompatCache", "AppCompatCache"}},
+};
 
 /// One question to a hive: the cache of one control set, under its key of XP or of later systems.
 struct registry_command {
@@ -29,40 +39,13 @@ struct registry_command {
   std::string title;
 };
 
-using command_list = std::vector<registry_command>;
-
-void append_commands(command_list& commands, const std::string& control_set,
-                     const std::string& xp_title, const std::string& title) {
-  commands.push_back({key_prefix + control_set + xp_key, xp_title});
-  commands.push_back({key_prefix + control_set + later_key, title});
-}
-
-/// The two commands for the current control set, the XP key first.
-command_list current_commands() {
-  command_list commands;
-  append_commands(commands, "CurrentControlSet", "WinXP Shim Cache", "Shim Cache");
-  return commands;
-}
-
-/// Fills `commands` with the two for each control set, the current one first. False: the hive has
-/// no control sets, or nothing that tells which is current.
-bool all_commands(command_list& commands, const reg_hive& hive) {
-  commands.clear();
-  std::vector<std::string> names;
-  if (!list_control_sets(hive, names)) return false;
-  for (const std::string& name : names) {
-    const bool first = &name == &names.front();
-    const std::string title = "Shim Cache [" + name + (first ? " - CurrentControlSet]" : "]");
-    append_commands(commands, name, title, title);
-  }
-  return true;
-}
-
-/// The segments of a command's key, the hive's name first.
-std::vector<std::string> key_segments(const registry_command& command) {
-  std::vector<std::string> segments = split(command.key, '\\');
-  segments.erase(segments.begin());  // HKLM
-  return segments;
+/// The command for a place below a control set. Without a `label` the title is that of the place.
+registry_command command_for(const cache_place& place, const std::string& control_set,
+                             const std::string& label) {
+  registry_command command = {.key = "HKLM\\System\\" + control_set,
+                              .title = label.empty() ? place.title : label};
+  for (const std::string_view segment : place.path) (command.key += '\\') += segment;
+  return command;
 }
 
 std::string heading_of(const registry_command& command, const std::string& shown_location,
@@ -76,7 +59,7 @@ std::string heading_of(const registry_command& command, const std::string& shown
 
 /// Writes a value's bytes to the results file in place of all that it holds. False: they did not
 /// all go out; a file that does not open is passed over in silence.
-bool extract_value(const std::string& path, const std::vector<uint8_t>& data) {
+bool extract_value(const std::string& path, byte_view data) {
   uni::fileio file;
   if (!file.open_write(path)) return true;
   const bool written = file.append(data.data(), data.size());
@@ -86,34 +69,11 @@ bool extract_value(const std::string& path, const std::vector<uint8_t>& data) {
 /// Writes the rows of one value. False: there are none.
 bool write_value(row_writer& writer, const cache_section& section, const reg_hit& hit,
                  const shim_settings& settings) {
-  std::vector<uint8_t> joined;
-  if (settings.inc_slack && !hit.slack.empty()) {
-    joined = hit.data;
-    joined.insert(joined.end(), hit.slack.begin(), hit.slack.end());
-  }
-  const auto slack_length = static_cast<uint32_t>(joined.empty() ? 0 : hit.slack.size());
-  const byte_view data(joined.empty() ? hit.data : joined);
+  const byte_view data = settings.inc_slack ? hit.data_and_slack : hit.data;
+  const auto slack_length = static_cast<uint32_t>(data.size() - hit.data.size());
   shim_cache_results results;
   return parse_shim_cache(results, data, slack_length, settings.raw_mode) &&
          output_shim_cache(writer, section, results, settings, data);
-}
-
-/// Writes what a command's values hold: their rows, or with -extract their bytes to its file. An
-/// empty line ends the rows of a form with sections.
-void write_values(const hive_output& output, cache_section section,
-                  const std::vector<reg_hit>& hits) {
-  row_writer& writer = output.writer;
-  bool any_rows = false;
-  for (const reg_hit& hit : hits) {
-    if (hit.data.empty()) continue;
-    section.key_time = hit.last_write_time;
-    if (output.extract_path.empty()) {
-      any_rows = write_value(writer, section, hit, output.shim) || any_rows;
-    } else if (!extract_value(output.extract_path, hit.data)) {
-      writer.out().setstate(std::ios::failbit);
-    }
-  }
-  if (any_rows && !facts_of(writer.settings().form).header_once) writer.out() << '\n';
 }
 
 void show_analyzing(const hive_output& output, const std::string& title) {
@@ -122,26 +82,110 @@ void show_analyzing(const hive_output& output, const std::string& title) {
   show_progress(progress_width, "analyzing: " + title);
 }
 
+/// One run over a hive.
+class hive_printing {
+ public:
+  hive_printing(const hive_output& output, const reg_hive& hive, const std::string& location)
+      : m_output(output),
+        m_hive(hive),
+        m_shown_location(output.aliases.shown(location)),
+        m_allowance(hive.size()) {}
+
+  void print_current() {
+    const std::string name = "CurrentControlSet";
+    std::optional<reg_key> control_set;
+    for (const cache_place& place : cache_places) {
+      const registry_command command = command_for(place, name, {});
+      show_analyzing(m_output, command.title);
+      if (!control_set) {
+        control_set.emplace();
+        resolve_current_control_set(m_hive, m_allowance, *control_set);
+      }
+      if (control_set->nk_offset != 0) run(place, command, control_set->nk_offset);
+    }
+  }
+
+  /// False: the hive has no control sets, or nothing that tells which is current.
+  bool print_all() {
+    std::vector<reg_key> control_sets;
+    if (!list_control_sets(m_hive, m_allowance, control_sets)) return false;
+    for (const reg_key& control_set : control_sets) {
+      const std::string name = control_set.name.clip(0, longest_name).text();
+      const bool first = &control_set == &control_sets.front();
+      const std::string label = "Shim Cache [" + name + (first ? " - CurrentControlSet]" : "]");
+      for (const cache_place& place : cache_places) {
+        const registry_command command = command_for(place, name, label);
+        show_analyzing(m_output, command.title);
+        run(place, command, control_set.nk_offset);
+      }
+    }
+    return true;
+  }
+
+  /// What came of it; the hive was looked at.
+  hive_outcome outcome() const {
+    if (m_allowance.exceeded()) return hive_outcome::cut_short;
+    return m_any_found ? hive_outcome::found : hive_outcome::nothing_found;
+  }
+
+ private:
+  /// Writes what the values of a command hold, below its heading. An empty line ends the rows of a
+  /// form with sections.
+  void run(const cache_place& place, const registry_command& command, uint32_t control_set) {
+    row_writer& writer = m_output.writer;
+    const bool first = !m_any_run;
+    m_any_run = true;
+    bool any_hit = false;
+    bool any_rows = false;
+    cache_section section{.title = command.title, .hive_location = m_shown_location};
+    query_values(m_hive, control_set, place.path, m_allowance, [&](const reg_hit& hit) {
+      if (!any_hit) {
+        writer.begin_section((first ? "" : "\n") +
+                             heading_of(command, m_shown_location, m_output.names_hives));
+      }
+      any_hit = true;
+      section.key_time = hit.last_write_time;
+      any_rows = write_hit(section, hit) || any_rows;
+    });
+    if (any_rows && !facts_of(writer.settings().form).header_once) writer.out() << '\n';
+    if (any_hit) m_any_found = true;
+  }
+
+  /// Writes what a value holds: its rows, or with -extract its bytes to its file. False: no rows.
+  bool write_hit(const cache_section& section, const reg_hit& hit) {
+    if (hit.data.empty()) return false;
+    if (m_output.extract_path.empty()) {
+      return write_value(m_output.writer, section, hit, m_output.shim);
+    }
+    if (!extract_value(m_output.extract_path, hit.data)) {
+      m_output.writer.out().setstate(std::ios::failbit);
+    }
+    return false;
+  }
+
+  const hive_output& m_output;
+  const reg_hive& m_hive;
+  const std::string m_shown_location;
+  read_allowance m_allowance;
+  bool m_any_run = false;
+  bool m_any_found = false;
+};
+
 }  // namespace
 
 hive_outcome print_hive(const hive_output& output, const reg_hive& hive,
                         const std::string& location) {
-  command_list commands = current_commands();
-  if (output.all_controlsets && !all_commands(commands, hive)) return hive_outcome::no_control_sets;
-  const std::string shown_location = output.aliases.shown(location);
-  hive_outcome outcome = hive_outcome::nothing_found;
-  for (const registry_command& command : commands) {
-    show_analyzing(output, command.title);
-    std::vector<reg_hit> hits;
-    if (!query_values(hive, key_segments(command), hits)) continue;
-    const bool first = &command == &commands.front();
-    output.writer.begin_section((first ? "" : "\n") +
-                                heading_of(command, shown_location, output.names_hives));
-    write_values(output, {.title = command.title, .hive_location = shown_location}, hits);
-    outcome = hive_outcome::found;
+  hive_printing printing(output, hive, location);
+  if (!output.all_controlsets) {
+    printing.print_current();
+  } else if (!printing.print_all()) {
+    return hive_outcome::no_control_sets;
   }
   if (output.show_progress) show_progress(progress_width, "\n");
-  return outcome;
+  if (printing.outcome() == hive_outcome::cut_short) {
+    print_problem("prob reading %s: its lists name more than it can hold\n", location.c_str());
+  }
+  return printing.outcome();
 }
 
 }  // namespace ovrik

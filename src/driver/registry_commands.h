@@ -27,11 +27,13 @@ struct hive_output {
 enum class hive_outcome {
   found,            ///< a key of a cache is there; it need not hold rows
   nothing_found,    ///< none is
+  cut_short,        ///< its lists name more than a hive of its size can hold, which has been said
   no_control_sets,  ///< all were asked for, and the hive has none or does not tell the current one
 };
 
 /// Writes the caches of an open SYSTEM hive, those of the current control set or of all. The hive
-/// came from `location`. A failed write of an extracted value fails the stream of rows.
+/// came from `location`. Lists that name more than the hive can hold end there, and a line on
+/// standard error says so. A failed write of an extracted value fails the stream of rows.
 hive_outcome print_hive(const hive_output& output, const reg_hive& hive,
                         const std::string& location);
 

@@ -1,9 +1,9 @@
 #include "hive/control_sets.h"
 
 #include <algorithm>
+#include <string>
 
 #include "base/text.h"
-#include "hive/hive_root.h"
 #include "hive/reg_value.h"
 
 namespace ovrik {
@@ -11,60 +11,58 @@ namespace ovrik {
 namespace {
 
 constexpr std::string_view control_set_prefix = "controlset";
+constexpr std::string_view select_name = "select";
 
 /// The name of the control set whose number stands in the value "Current" of the Select key. False:
 /// there is no such value.
-bool current_name(const reg_hive& hive, uint32_t select_offset, std::string& name) {
+bool current_name(const reg_hive& hive, uint32_t select_offset, read_allowance& allowance,
+                  std::string& name) {
   reg_value current;
-  if (!find_value(hive, select_offset, "Current", current)) return false;
+  if (!find_value(hive, select_offset, "Current", allowance, current)) return false;
   name = "ControlSet00" + std::to_string(static_cast<int32_t>(current.data_position));
   return true;
 }
 
-bool is_control_set(const std::string& lower_name) {
-  return lower_name.size() > control_set_prefix.size() &&
-         lower_name.starts_with(control_set_prefix);
+bool is_control_set(const reg_key& key) {
+  const size_t length = control_set_prefix.size();
+  return key.name.size() > length &&
+         equal_ignoring_case(key.name.clip(0, length).text(), control_set_prefix);
 }
 
 }  // namespace
 
-bool resolve_current_control_set(const reg_hive& hive, reg_key& key) {
-  uint32_t root_offset = 0;
-  std::string hive_name;
+bool resolve_current_control_set(const reg_hive& hive, read_allowance& allowance, reg_key& key) {
   reg_key select;
   std::string name;
-  return find_root(hive, root_offset, hive_name) &&
-         find_subkey(hive, root_offset, "Select", select) &&
-         current_name(hive, select.nk_offset, name) && find_subkey(hive, root_offset, name, key);
+  return hive.usable() && find_subkey(hive, hive.root_offset(), select_name, allowance, select) &&
+         current_name(hive, select.nk_offset, allowance, name) &&
+         find_subkey(hive, hive.root_offset(), name, allowance, key);
 }
 
-bool list_control_sets(const reg_hive& hive, std::vector<std::string>& names) {
-  names.clear();
-  uint32_t root_offset = 0;
-  std::string hive_name;
-  std::vector<reg_key> keys;
-  if (!find_root(hive, root_offset, hive_name) || !enum_subkeys(hive, root_offset, keys)) {
-    return false;
-  }
-  const reg_key* select = nullptr;
-  for (const reg_key& key : keys) {
-    const std::string name = key.name.text();
-    const std::string lower_name = lower_ascii(name);
-    if (lower_name == "select") {
-      if (select == nullptr) select = &key;
-    } else if (is_control_set(lower_name)) {
-      names.push_back(name);
+bool list_control_sets(const reg_hive& hive, read_allowance& allowance,
+                       std::vector<reg_key>& keys) {
+  keys.clear();
+  reg_key select;
+  bool has_select = false;
+  std::vector<bool> seen(hive.size());
+  const bool listed = enum_subkeys(hive, hive.root_offset(), allowance, [&](const reg_key& key) {
+    if (!has_select && is_named(key, select_name)) {
+      select = key;
+      has_select = true;
+    } else if (is_control_set(key) && !seen[key.nk_offset]) {
+      seen[key.nk_offset] = true;
+      keys.push_back(key);
     }
-  }
-  std::string default_name;
-  if (select == nullptr || names.empty() || !current_name(hive, select->nk_offset, default_name)) {
-    names.clear();
+  });
+  std::string name;
+  if (!listed || !has_select || keys.empty() ||
+      !current_name(hive, select.nk_offset, allowance, name)) {
+    keys.clear();
     return false;
   }
-  const auto current = std::find_if(names.begin(), names.end(), [&](const std::string& name) {
-    return equal_ignoring_case(name, default_name);
-  });
-  if (current != names.end()) std::rotate(names.begin(), current, current + 1);
+  const auto current = std::find_if(keys.begin(), keys.end(),
+                                    [&](const reg_key& key) { return is_named(key, name); });
+  if (current != keys.end()) std::rotate(keys.begin(), current, current + 1);
   return true;
 }
 

@@ -1,22 +1,21 @@
 #include "hive/hive_root.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "hive/reg_key.h"
 
 namespace ovrik {
 
 namespace {
 
-struct telling_subkey {
-  const char* subkey;
-  const char* hive_name;
+constexpr std::string_view telling_subkeys[] = {
+    "Select", "control panel", "Classes", "local settings", "sam", "RXACT", "root",
 };
-
-constexpr telling_subkey telling_subkeys[] = {
-    {"Select", "System"},    {"control panel", "ntuser.dat"},
-    {"Classes", "Software"}, {"local settings", "usrclass.dat"},
-    {"sam", "SAM"},          {"RXACT", "Security"},
-    {"root", "AmCache.bin"},
+constexpr const char* hive_names[] = {
+    "System", "ntuser.dat", "Software", "usrclass.dat", "SAM", "Security", "AmCache.bin",
 };
+static_assert(std::size(telling_subkeys) == std::size(hive_names));
 
 }  // namespace
 
@@ -24,10 +23,11 @@ bool find_root(const reg_hive& hive, uint32_t& root_offset, std::string& name) {
   if (!hive.usable()) return false;
   root_offset = hive.root_offset();
   name = hive.stored_name();
-  for (const telling_subkey& telling : telling_subkeys) {
-    if (!name.empty()) break;
-    if (has_subkey(hive, root_offset, telling.subkey)) name = telling.hive_name;
-  }
+  if (!name.empty()) return true;
+  read_allowance allowance(hive.size());
+  const std::vector<bool> found = has_subkeys(hive, root_offset, telling_subkeys, allowance);
+  const auto first = std::find(found.begin(), found.end(), true);
+  if (first != found.end()) name = hive_names[first - found.begin()];
   return true;
 }
 

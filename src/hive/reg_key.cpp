@@ -38,11 +38,12 @@ list_form form_of(byte_view list) {
   return list_form::unknown;
 }
 
-/// Gathers the subkeys of one key. Each list form has its own tests and its own answer to damage;
+/// Visits the subkeys of one key. Each list form has its own tests and its own answer to damage;
 /// the check line tells in reports which one a key without security stood in.
 class subkey_walk {
  public:
-  subkey_walk(const reg_hive& hive, std::vector<reg_key>& keys) : m_hive(hive), m_keys(keys) {}
+  subkey_walk(const reg_hive& hive, read_allowance& allowance, const key_visitor& visit)
+      : m_hive(hive), m_allowance(allowance), m_visit(visit) {}
 
   bool run(uint32_t nk_offset) {
     const auto nk = m_hive.cell_at(nk_offset);
@@ -64,13 +65,15 @@ class subkey_walk {
  private:
   /// lf and lh: what is no key is skipped.
   bool walk_hashed(uint32_t list_pos, uint32_t count) {
-    for (uint32_t i = 0; i < count; ++i) {
+    for (uint32_t i = 0; i < count && m_allowance.take_step(); ++i) {
       const auto entry = m_hive.cell_at(hashed_entry(list_pos, i));
       if (!entry) return true;
       const uint32_t pos = entry->u32_at(0) + hive_base;
+      if (was_visited(pos)) continue;
+      if (!m_allowance.take_entry()) return true;
       const auto nk = m_hive.cell_at(pos);
       if (!nk || !is_live_nk(*nk)) continue;
-      if (!append(*nk, 3045)) return true;
+      if (!visit(*nk, 3045)) return true;
     }
     return true;
   }
@@ -80,9 +83,9 @@ class subkey_walk {
     const uint32_t entries_pos = list_pos + list_entries_at;
     if (!m_hive.cell_at(entries_pos)) return false;
     const byte_view entries = m_hive.bytes_at(entries_pos, uint64_t{plain_entry_bytes} * count);
-    for (uint32_t i = 0; i < count; ++i) {
+    for (uint32_t i = 0; i < count && m_allowance.take_step(); ++i) {
       const uint32_t pos = entries.u32_at(plain_entry_bytes * i) + hive_base;
-      if (!append_with_list(pos, 3101)) return true;
+      if (!visit_with_list(pos, 3101)) return true;
     }
     return true;
   }
@@ -92,10 +95,13 @@ class subkey_walk {
     const uint32_t entries_pos = list_pos + list_entries_at;
     if (!m_hive.cell_at(entries_pos)) return false;
     const byte_view entries = m_hive.bytes_at(entries_pos, uint64_t{plain_entry_bytes} * count);
-    for (uint32_t i = 0; i < count; ++i) {
+    for (uint32_t i = 0; i < count && m_allowance.take_step(); ++i) {
       const uint32_t sublist_pos = entries.u32_at(plain_entry_bytes * i) + hive_base;
+      if (was_visited(sublist_pos)) continue;
+      if (!m_allowance.take_entry()) return true;
       const auto sublist = m_hive.cell_at(sublist_pos);
       if (!sublist) continue;
+      note_visit(sublist_pos);
       const uint32_t sublist_count = sublist->u16_at(list_count_at);
       const list_form form = form_of(*sublist);
       if (form == list_form::hashed) {
@@ -108,10 +114,10 @@ class subkey_walk {
   }
 
   void walk_hashed_sublist(uint32_t list_pos, uint32_t count) {
-    for (uint32_t i = 0; i < count; ++i) {
+    for (uint32_t i = 0; i < count && m_allowance.take_step(); ++i) {
       const auto entry = m_hive.cell_at(hashed_entry(list_pos, i));
       if (!entry || entry->u32_at(0) == 0) return;
-      if (!append_with_list(entry->u32_at(0) + hive_base, 2921)) return;
+      if (!visit_with_list(entry->u32_at(0) + hive_base, 2921)) return;
     }
   }
 
@@ -119,9 +125,9 @@ class subkey_walk {
     const uint32_t entries_pos = list_pos + list_entries_at;
     if (!m_hive.cell_at(entries_pos)) return false;
     const byte_view entries = m_hive.bytes_at(entries_pos, uint64_t{plain_entry_bytes} * count);
-    for (uint32_t i = 0; i < count; ++i) {
+    for (uint32_t i = 0; i < count && m_allowance.take_step(); ++i) {
       const uint32_t offset = entries.u32_at(plain_entry_bytes * i);
-      if (offset == 0 || !append_with_list(offset + hive_base, 2977)) return true;
+      if (offset == 0 || !visit_with_list(offset + hive_base, 2977)) return true;
     }
     return true;
   }
@@ -130,49 +136,51 @@ class subkey_walk {
     return list_pos + list_entries_at + hashed_entry_bytes * index;
   }
 
-  /// Appends the key at `pos` if it is one and its own subkey list, if it has subkeys, is in order.
-  bool append_with_list(uint32_t pos, unsigned check_line) {
+  /// True if the key or sublist at `pos` was visited before, as far as that was noted: a walk
+  /// through few entries notes nothing, since room for all positions would cost more than it does.
+  bool was_visited(uint32_t pos) {
+    constexpr uint32_t hive_bytes_an_entry = 1024;
+    if (++m_entries <= m_hive.size() / hive_bytes_an_entry) return false;
+    if (m_visited.empty()) m_visited.resize(m_hive.size());
+    return pos < m_visited.size() && m_visited[pos];
+  }
+
+  void note_visit(uint32_t pos) {
+    if (pos < m_visited.size()) m_visited[pos] = true;
+  }
+
+  /// Visits the key at `pos` if it is one and its own subkey list, if it has subkeys, is in order.
+  bool visit_with_list(uint32_t pos, unsigned check_line) {
+    if (was_visited(pos)) return true;
+    if (!m_allowance.take_entry()) return false;
     const auto nk = m_hive.cell_at(pos);
     if (!nk || !is_live_nk(*nk)) return false;
     if (nk->u32_at(subkey_count_at) != 0) {
       const auto list = m_hive.cell_at(nk->u32_at(subkey_list_at) + hive_base);
       if (!list || form_of(*list) == list_form::unknown) return false;
     }
-    return append(*nk, check_line);
+    return visit(*nk, check_line);
   }
 
-  /// Appends a key. False: its security cell is damaged, or there are more keys than lists of the
-  /// hive's size could name, which only a list that is named over and over gives.
-  bool append(byte_view nk, unsigned check_line) {
+  /// Visits a key. False: its security cell is damaged.
+  bool visit(byte_view nk, unsigned check_line) {
     const auto pos = static_cast<uint32_t>(nk.place());
     const uint32_t security_offset = nk.u32_at(security_at);
     reg_assert(security_offset != 0, "pSK != 0", check_line);
     const auto security = m_hive.cell_at(security_offset + hive_base);
     if (!security || !security->text_at(signature_at, "sk")) return false;
-    if (m_keys.size() >= m_hive.size() / plain_entry_bytes) return false;
-    m_keys.push_back(
+    note_visit(pos);
+    m_visit(
         {pos, nk.u64_at(last_write_at), m_hive.bytes_at(pos + name_at, nk.u16_at(name_length_at))});
     return true;
   }
 
   const reg_hive& m_hive;
-  std::vector<reg_key>& m_keys;
+  read_allowance& m_allowance;
+  const key_visitor& m_visit;
+  uint64_t m_entries = 0;
+  std::vector<bool> m_visited;  ///< by position
 };
-
-/// Finds a subkey, with the line of the caller's own check.
-bool find_checked(const reg_hive& hive, uint32_t nk_parent_offset, const std::string& name,
-                  reg_key& key, unsigned check_line) {
-  reg_assert(nk_parent_offset != 0, "pKeyName && nk_parent_offset", check_line);
-  std::vector<reg_key> keys;
-  if (!enum_subkeys(hive, nk_parent_offset, keys)) return false;
-  for (const reg_key& candidate : keys) {
-    if (candidate.name.size() == name.size() && equal_ignoring_case(candidate.name.text(), name)) {
-      key = candidate;
-      return true;
-    }
-  }
-  return false;
-}
 
 }  // namespace
 
@@ -181,19 +189,42 @@ bool is_live_nk(byte_view cell) {
          cell.u32_at(parent_at) != 0 && cell.u64_at(last_write_at) != 0;
 }
 
-bool enum_subkeys(const reg_hive& hive, uint32_t nk_offset, std::vector<reg_key>& keys) {
-  keys.clear();
-  return hive.usable() && subkey_walk(hive, keys).run(nk_offset);
+bool is_named(const reg_key& key, std::string_view name) {
+  return key.name.size() == name.size() && equal_ignoring_case(key.name.text(), name);
 }
 
-bool find_subkey(const reg_hive& hive, uint32_t nk_parent_offset, const std::string& name,
-                 reg_key& key) {
-  return find_checked(hive, nk_parent_offset, name, key, 1896);
+bool enum_subkeys(const reg_hive& hive, uint32_t nk_offset, read_allowance& allowance,
+                  const key_visitor& visit) {
+  return hive.usable() && subkey_walk(hive, allowance, visit).run(nk_offset);
 }
 
-bool has_subkey(const reg_hive& hive, uint32_t nk_parent_offset, const std::string& name) {
-  reg_key key;
-  return find_checked(hive, nk_parent_offset, name, key, 1965);
+bool find_subkey(const reg_hive& hive, uint32_t nk_parent_offset, std::string_view name,
+                 read_allowance& allowance, reg_key& key) {
+  reg_assert(nk_parent_offset != 0, "pKeyName && nk_parent_offset", 1896);
+  reg_key first;
+  bool found = false;
+  const bool listed =
+      enum_subkeys(hive, nk_parent_offset, allowance, [&](const reg_key& candidate) {
+        if (found || !is_named(candidate, name)) return;
+        first = candidate;
+        found = true;
+      });
+  if (!listed || !found) return false;
+  key = first;
+  return true;
+}
+
+std::vector<bool> has_subkeys(const reg_hive& hive, uint32_t nk_parent_offset,
+                              std::span<const std::string_view> names, read_allowance& allowance) {
+  reg_assert(nk_parent_offset != 0, "pKeyName && nk_parent_offset", 1965);
+  std::vector<bool> found(names.size());
+  const bool listed = enum_subkeys(hive, nk_parent_offset, allowance, [&](const reg_key& key) {
+    for (size_t i = 0; i < names.size(); ++i) {
+      if (is_named(key, names[i])) found[i] = true;
+    }
+  });
+  if (!listed) found.assign(names.size(), false);
+  return found;
 }
 
 }  // namespace ovrik

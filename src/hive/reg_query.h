@@ -2,9 +2,12 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
-#include <vector>
+#include <functional>
+#include <span>
+#include <string_view>
 
+#include "base/byte_view.h"
+#include "hive/read_allowance.h"
 #include "hive/reg_clas.h"
 
 namespace ovrik {
@@ -12,17 +15,18 @@ namespace ovrik {
 /// One answer of a value query.
 struct reg_hit {
   uint64_t last_write_time = 0;  ///< FILETIME of the key
-  std::vector<uint8_t> data;
-  std::vector<uint8_t> slack;  ///< what the segments of a big value hold behind the data
+  byte_view data;
+  byte_view data_and_slack;  ///< and what the segments of a big value hold behind the data
 };
 
-/// Collects the values that a path leads to. `segments` names the hive first and then key by key;
-/// a second segment "CurrentControlSet" stands for the current control set. If the whole path is a
-/// key, its values are the hits; otherwise those values of the key in front of the last segment
-/// whose name it is, A to Z taken as a to z. Values that cannot be read are left out, as are those
-/// behind the one with which all data together exceed the hive by 256 MiB. False: there are no
-/// hits.
-bool query_values(const reg_hive& hive, const std::vector<std::string>& segments,
-                  std::vector<reg_hit>& hits);
+/// Is given one answer, whose bytes it has until it returns.
+using hit_visitor = std::function<void(const reg_hit& hit)>;
+
+/// Visits the values that a path leads to. The path begins below the key at the absolute position
+/// `nk_offset`. If the whole path is a key, its values are the hits; otherwise those values of the
+/// key in front of the last segment whose name it is, A to Z taken as a to z. Values that cannot be
+/// read are left out, as are those behind the end of the allowance. False: there are no hits.
+bool query_values(const reg_hive& hive, uint32_t nk_offset, std::span<const std::string_view> path,
+                  read_allowance& allowance, const hit_visitor& visit);
 
 }  // namespace ovrik

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/text.h"
 #include "base/utf16.h"
 #include "hive/carving/hive_cell.h"
 #include "hive/hive_header.h"
@@ -36,24 +37,48 @@ constexpr uint32_t data_limit = 0x1000000;
 constexpr uint32_t largest_plain_data = 16351;
 constexpr uint32_t segment_overhead = 8;
 
+/// The bytes with places that count from their own start.
+byte_view apart(byte_view bytes) { return {bytes.data(), bytes.size()}; }
+
 /// Joins the `count` segments in `list` of a big value of `wanted` bytes; what they hold beyond is
-/// slack. All slack together is no more than the hive, however often a list names a segment.
-void read_segments(const reg_hive& hive, byte_view list, uint32_t count, uint32_t wanted,
-                   value_bytes& bytes) {
+/// slack, all of which stands behind all data. False: the allowance is used up.
+bool join_segments(const reg_hive& hive, byte_view list, uint32_t count, uint32_t wanted,
+                   read_allowance& allowance, value_bytes& bytes) {
+  std::vector<byte_view> pieces;
+  size_t data_size = 0;
+  size_t whole_size = 0;
+  const auto add = [&](uint32_t pos, uint32_t length) {
+    if (pos >= hive.size()) return;
+    length = std::min(length, hive.size() - pos);
+    if (length == 0 || length > data_limit - whole_size) return;
+    pieces.push_back(hive.bytes_at(pos, length));
+    whole_size += length;
+  };
   for (uint64_t i = 0; i < count && list.has(cell::offset_bytes * i, cell::offset_bytes); ++i) {
+    if (!allowance.take_value_cell()) break;
     const uint32_t segment_pos = list.u32_at(cell::offset_bytes * i) + hive_base;
     const auto segment = hive.cell_at(segment_pos);
     if (!segment) continue;
     const uint32_t size = cell_size(*segment);
     const uint32_t capacity = size > segment_overhead ? size - segment_overhead : 0;
     const uint32_t taken = std::min(capacity, wanted);
-    hive.bytes_at(segment_pos + content_at, taken).append_to(bytes.data);
     wanted -= taken;
-    const byte_view rest = hive.bytes_at(segment_pos + content_at + taken, capacity - taken);
-    if (rest.size() <= hive.size() - std::min<size_t>(bytes.slack.size(), hive.size())) {
-      rest.append_to(bytes.slack);
-    }
+    add(segment_pos + content_at, taken);
+    if (taken != 0) data_size = whole_size;
+    add(segment_pos + content_at + taken, capacity - taken);
   }
+  if (!allowance.take_bytes(whole_size)) return false;
+  bytes.joined.reserve(whole_size);
+  for (const byte_view piece : pieces) piece.append_to(bytes.joined);
+  bytes.data_and_slack = byte_view(bytes.joined);
+  bytes.data = bytes.data_and_slack.clip(0, data_size);
+  return true;
+}
+
+/// Gives bytes that stand in one piece in the hive. False: the allowance is used up.
+bool give_plain(byte_view data, read_allowance& allowance, value_bytes& bytes) {
+  bytes.data = bytes.data_and_slack = apart(data);
+  return allowance.take_bytes(data.size());
 }
 
 }  // namespace
@@ -73,7 +98,17 @@ std::string reg_value::name() const {
   return name;
 }
 
-bool enum_values(const reg_hive& hive, uint32_t nk_offset, const value_visitor& visit) {
+bool reg_value::is_named(std::string_view name) const {
+  // A name of UTF-16 has at least a byte for each unit, but for a terminator and an odd byte.
+  const size_t longest = 2 * name.size() + 4;
+  if (vk.u16_at(name_length_at) > longest && vk.u16_at(name_length_at) <= longest_name) {
+    return false;
+  }
+  return equal_ignoring_case(this->name(), name);
+}
+
+bool enum_values(const reg_hive& hive, uint32_t nk_offset, read_allowance& allowance,
+                 const value_visitor& visit) {
   if (!hive.usable()) return false;
   const auto nk = hive.cell_at(nk_offset);
   if (!nk || !is_live_nk(*nk)) return false;
@@ -84,6 +119,7 @@ bool enum_values(const reg_hive& hive, uint32_t nk_offset, const value_visitor& 
   if (!hive.cell_at(list_pos)) return false;
   const byte_view list = hive.bytes_at(list_pos + content_at, uint64_t{cell::offset_bytes} * count);
   for (uint64_t i = 0; i < count && list.has(cell::offset_bytes * i, cell::offset_bytes); ++i) {
+    if (!allowance.take_value_cell()) break;
     const uint32_t offset = list.u32_at(cell::offset_bytes * i);
     const auto vk = hive.cell_at(offset + hive_base);
     if (!vk || offset > hive.size()) continue;
@@ -98,28 +134,28 @@ bool enum_values(const reg_hive& hive, uint32_t nk_offset, const value_visitor& 
   return true;
 }
 
-bool find_value(const reg_hive& hive, uint32_t nk_offset, const std::string& name,
-                reg_value& value) {
+bool find_value(const reg_hive& hive, uint32_t nk_offset, std::string_view name,
+                read_allowance& allowance, reg_value& value) {
   reg_assert(nk_offset != 0, "pValueName && nk_offset", 2022);
   bool found = false;
-  enum_values(hive, nk_offset, [&](const reg_value& candidate) {
-    found = candidate.name() == name;
+  enum_values(hive, nk_offset, allowance, [&](const reg_value& candidate) {
+    found = candidate.is_named(name) && candidate.name() == name;
     if (found) value = candidate;
     return !found;
   });
   return found;
 }
 
-bool read_value_data(const reg_hive& hive, const reg_value& value, value_bytes& bytes) {
-  bytes = {};
+bool read_value_data(const reg_hive& hive, const reg_value& value, read_allowance& allowance,
+                     value_bytes& bytes) {
+  bytes.data = bytes.data_and_slack = {};
+  bytes.joined.clear();
   if (value.vk.empty() || cell_size(value.vk) > largest_vk_cell) return false;
   const uint32_t stored_size = value.vk.u32_at(data_size_at);
   const uint32_t wanted = stored_size & size_mask;
   if ((stored_size & resident_bit) != 0) {
-    if ((stored_size & ~resident_bit) <= most_resident_bytes) {
-      value.vk.clip(data_offset_at, wanted).append_to(bytes.data);
-    }
-    return true;
+    const bool fits = (stored_size & ~resident_bit) <= most_resident_bytes;
+    return give_plain(value.vk.clip(data_offset_at, fits ? wanted : 0), allowance, bytes);
   }
   const auto data_cell = hive.cell_at(value.data_position);
   const auto data = hive.cell_at(value.data_position + content_at);
@@ -133,11 +169,9 @@ bool read_value_data(const reg_hive& hive, const reg_value& value, value_bytes& 
     const uint32_t count = data_cell->u16_at(db_cell_fields::segment_count_at);
     const byte_view segments =
         hive.bytes_at(segments_pos + content_at, uint64_t{cell::offset_bytes} * count);
-    read_segments(hive, segments, count, wanted, bytes);
-  } else {
-    hive.bytes_at(value.data_position + content_at, wanted).append_to(bytes.data);
+    return join_segments(hive, segments, count, wanted, allowance, bytes);
   }
-  return true;
+  return give_plain(hive.bytes_at(value.data_position + content_at, wanted), allowance, bytes);
 }
 
 }  // namespace ovrik

@@ -22,7 +22,7 @@ void expect_same(const std::string& path, const std::string& key, const std::str
   const run_result got = run_program("hivexget", {path, key, value});
   ASSERT_EQ(got.exit_status, 0) << got.err;
   bool ok = false;
-  const std::vector<reg_hit> hits = query(reg_hive(path, ok), key + "\\" + value);
+  const std::vector<hit> hits = query(reg_hive(path, ok), key + "\\" + value);
   ASSERT_EQ(hits.size(), 1u);
   EXPECT_TRUE(as_text(hits[0].data) == got.out);
 }
@@ -64,10 +64,13 @@ TEST_F(hivex, agrees_on_the_caches_of_real_machines) {
     const std::string path = folder.path("hive");
     if (!fetch_real(name, path)) GTEST_SKIP() << "no real hives";
     bool ok = false;
-    std::vector<std::string> sets;
-    ASSERT_TRUE(list_control_sets(reg_hive(path, ok), sets));
-    for (const std::string& set : sets) {
-      expect_same(path, set + "\\Control\\Session Manager\\AppCompatCache", "AppCompatCache");
+    const reg_hive hive(path, ok);
+    read_allowance allowance(hive.size());
+    std::vector<reg_key> sets;
+    ASSERT_TRUE(list_control_sets(hive, allowance, sets));
+    for (const reg_key& set : sets) {
+      expect_same(path, set.name.text() + "\\Control\\Session Manager\\AppCompatCache",
+                  "AppCompatCache");
     }
   }
 }

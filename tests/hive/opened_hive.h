@@ -6,6 +6,8 @@
 
 #include <sstream>
 
+#include "base/text.h"
+#include "hive/control_sets.h"
 #include "hive/reg_clas.h"
 #include "hive/reg_query.h"
 #include "support/system_hive.h"
@@ -25,22 +27,47 @@ struct opened_hive {
   ovrik::reg_hive hive;
 };
 
-/// The hits of a path below the root.
-inline std::vector<ovrik::reg_hit> query(const ovrik::reg_hive& hive, const std::string& path) {
-  std::vector<std::string> segments = {"System"};
+/// A copy of a hit's bytes.
+struct hit {
+  uint64_t last_write_time = 0;
+  bytes data;
+  bytes slack;
+};
+
+/// The hits of a path below the root, within an allowance; a first segment "CurrentControlSet"
+/// stands for the current control set.
+inline std::vector<hit> query(const ovrik::reg_hive& hive, const std::string& path,
+                              ovrik::read_allowance& allowance) {
+  ovrik::reg_key start{.nk_offset = hive.root_offset()};
+  std::vector<std::string> texts;
   std::istringstream rest(path);
-  for (std::string segment; std::getline(rest, segment, '\\');) segments.push_back(segment);
-  std::vector<ovrik::reg_hit> hits(1);
-  const bool found = query_values(hive, segments, hits);
+  for (std::string segment; std::getline(rest, segment, '\\');) texts.push_back(segment);
+  std::vector<hit> hits;
+  if (ovrik::equal_ignoring_case(texts.front(), "CurrentControlSet")) {
+    if (!resolve_current_control_set(hive, allowance, start)) return hits;
+    texts.erase(texts.begin());
+  }
+  const std::vector<std::string_view> segments(texts.begin(), texts.end());
+  const bool found =
+      query_values(hive, start.nk_offset, segments, allowance, [&hits](const ovrik::reg_hit& it) {
+        hits.push_back(
+            {it.last_write_time, it.data.copy(), it.data_and_slack.from(it.data.size()).copy()});
+      });
   EXPECT_EQ(found, !hits.empty());
   return hits;
+}
+
+/// The same with an allowance of its own.
+inline std::vector<hit> query(const ovrik::reg_hive& hive, const std::string& path) {
+  ovrik::read_allowance allowance(hive.size());
+  return query(hive, path, allowance);
 }
 
 /// The data of all hits, each with a blank behind it; long ones as their length.
 inline std::string queried(const bytes& image, const std::string& path) {
   std::string text;
-  for (const ovrik::reg_hit& hit : query(opened_hive(image).hive, path)) {
-    text += (hit.data.size() < 12 ? as_text(hit.data) : std::to_string(hit.data.size())) + " ";
+  for (const hit& it : query(opened_hive(image).hive, path)) {
+    text += (it.data.size() < 12 ? as_text(it.data) : std::to_string(it.data.size())) + " ";
   }
   return text;
 }

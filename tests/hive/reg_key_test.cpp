@@ -33,11 +33,11 @@ struct six_keys {
 
 std::string listed(const six_keys& tree) {
   const opened_hive opened(tree.image);
-  std::vector<reg_key> keys(1);
-  if (!enum_subkeys(opened.hive, static_cast<uint32_t>(tree.root), keys)) return "false";
+  read_allowance allowance(opened.hive.size());
   std::string names;
-  for (const reg_key& key : keys) names += key.name.text();
-  return names;
+  const bool listed = enum_subkeys(opened.hive, static_cast<uint32_t>(tree.root), allowance,
+                                   [&names](const reg_key& key) { names += key.name.text(); });
+  return listed ? names : "false";
 }
 
 struct list_damage {
@@ -113,10 +113,13 @@ TEST(live_check_death, ends_the_program_with_its_text) {
   const opened_hive opened(hive_builder().bytes());
   reg_key key;
   reg_value value;
+  read_allowance allowance(opened.hive.size());
+  const std::string_view names[] = {"a"};
   const std::string no_key = "pKeyName && nk_parent_offset.*reg_clas.*";
-  EXPECT_DEATH(find_subkey(opened.hive, 0, "a", key), no_key + "1896");
-  EXPECT_DEATH(has_subkey(opened.hive, 0, "a"), no_key + "1965");
-  EXPECT_DEATH(find_value(opened.hive, 0, "a", value), "pValueName && nk_offset.*reg_clas.*2022");
+  EXPECT_DEATH(find_subkey(opened.hive, 0, "a", allowance, key), no_key + "1896");
+  EXPECT_DEATH(has_subkeys(opened.hive, 0, names, allowance), no_key + "1965");
+  EXPECT_DEATH(find_value(opened.hive, 0, "a", allowance, value),
+               "pValueName && nk_offset.*reg_clas.*2022");
 }
 
 }  // namespace

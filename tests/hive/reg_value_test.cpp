@@ -28,13 +28,19 @@ TEST(reg_value, takes_the_encoding_of_a_name_from_the_name) {
   for (const auto& name : names) built.root.values.push_back({.name = name.first});
   const opened_hive opened(built.bytes());
   std::vector<reg_value> values;
-  ASSERT_TRUE(enum_values(opened.hive, static_cast<uint32_t>(built.key_at("")),
+  read_allowance allowance(opened.hive.size());
+  ASSERT_TRUE(enum_values(opened.hive, static_cast<uint32_t>(built.key_at("")), allowance,
                           [&values](const reg_value& value) {
                             values.push_back(value);
                             return true;
                           }));
   ASSERT_EQ(values.size(), std::size(names));
-  for (size_t i = 0; i < values.size(); ++i) EXPECT_EQ(values[i].name(), names[i].second) << i;
+  for (size_t i = 0; i < values.size(); ++i) {
+    EXPECT_EQ(values[i].name(), names[i].second) << i;
+    for (const auto& name : names) {
+      EXPECT_EQ(values[i].is_named(name.second), name.second == names[i].second) << i;
+    }
+  }
 }
 
 /// A key k with the values "first", "it" and "last", and the places of "it".
@@ -119,7 +125,7 @@ TEST(reg_value, gathers_segments_and_what_they_hold_behind_the_data) {
   three_values v(whole);
   const size_t segments = get_u32(v.image, v.data + 8) + 0x1000 + 4;
   const auto expect = [&](const bytes& content, const bytes& slack) {
-    const reg_hit it = query(opened_hive(v.image).hive, "k").at(1);
+    const hit it = query(opened_hive(v.image).hive, "k").at(1);
     EXPECT_TRUE(it.data == content && it.slack == slack) << it.data.size();
   };
   expect(whole, {});
