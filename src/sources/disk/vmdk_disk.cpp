@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "sources/disk/container_kind.h"
+
 namespace ovrik {
 
 namespace {
@@ -12,8 +14,6 @@ constexpr uint64_t sector_bytes = 512;
 // unaligned.
 constexpr size_t header_bytes = 513;  // with the first byte behind it, without which it is no disk
 constexpr const char* magic = "KDMV";
-constexpr size_t flags_at = 8;  // u32
-constexpr uint32_t compressed_flag = 0x10000;
 constexpr size_t capacity_at = 12;           // u64, sectors
 constexpr size_t grain_size_at = 20;         // u64, sectors
 constexpr size_t descriptor_offset_at = 28;  // u64, sectors
@@ -52,7 +52,7 @@ bool vmdk_disk::read_header() {
   if (!m_file.read_vector(header, header_bytes, 0) || header.size() < header_bytes) return false;
   const byte_view view(header);
   if (!view.text_at(0, magic)) return false;
-  m_compressed = (view.u32_at(flags_at) & compressed_flag) != 0;
+  m_compressed = kind_of_container(view) == container_kind::vmdk_compressed;
   m_entries_per_table = view.u32_at(table_entries_at);
   // All in bytes from here on.
   uint64_t descriptor = 0, descriptor_size = 0, directory = 0, overhead = 0;
