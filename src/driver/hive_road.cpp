@@ -3,6 +3,7 @@
 #include <memory>
 #include <utility>
 
+#include "driver/container_words.h"
 #include "driver/hive_source.h"
 #include "driver/host/console.h"
 #include "driver/plain_hive.h"
@@ -40,6 +41,7 @@ int32_t run_hive_road(opened_source& source, source_kind kind, const hive_output
   const auto [hive, inner_path] = open_hive(source, kind, output.log);
   if (hive == nullptr) {
     print_problem("Problem opening %s\n", inner_path.c_str());
+    print_message("%s", container_advice(source.kind).c_str());
     return -1;
   }
   if (!is_system_hive(*hive)) return -1;

@@ -5,7 +5,9 @@
 #include <memory>
 #include <string>
 
+#include "base/diagnostics_log.h"
 #include "driver/options/run_options.h"
+#include "sources/disk/container_kind.h"
 #include "sources/disk/raw_disk_io.h"
 
 namespace ovrik {
@@ -15,12 +17,13 @@ struct opened_source {
   std::string path;                   ///< as the results name it
   std::unique_ptr<RAW_DISK_IO> disk;  ///< of an image or of virtual disks; nothing otherwise
   uint64_t volume_offset = 0;         ///< of the volume on the disk, in bytes
+  container_kind kind = container_kind::none;  ///< why the disk may have no hive that can be read
 };
 
 /// Opens the disk of -image and -vmdk and finds the volume on it; finds the hive of the running
-/// system and the right to read it. A hive file opens later: one that does not is no reason to stop
-/// in front of the results. False: the run must stop, for a reason that has been said on standard
-/// error.
-bool open_source(opened_source& opened, const source_options& source);
+/// system and the right to read it. Which volume it is goes to the diagnostics. A hive file opens
+/// later: one that does not is no reason to stop in front of the results. False: the run must stop,
+/// for a reason that has been said on standard error.
+bool open_source(opened_source& opened, const source_options& source, diagnostics_log& log);
 
 }  // namespace ovrik

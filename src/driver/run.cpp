@@ -24,7 +24,7 @@ namespace {
 bool prepare_run(const parsed_options& parsed, diagnostics_log& log, opened_source& source) {
   if (!prepare_outputs(log, parsed.options)) return false;
   print_message("%s", parsed.words.c_str());
-  return parsed.valid && open_source(source, parsed.options.source);
+  return parsed.valid && open_source(source, parsed.options.source, log);
 }
 
 /// What the end of the run needs to know.

@@ -1,31 +1,29 @@
 #include "driver/vmdk_road.h"
 
-#include <memory>
 #include <utility>
 
+#include "driver/container_words.h"
 #include "driver/host/console.h"
 #include "driver/plain_hive.h"
 #include "driver/volume_source.h"
-#include "sources/disk/partitions.h"
 
 namespace ovrik {
 
-namespace {
-
-/// The volume at `offset`, or, without one, at the first partition that the disk names.
-ntfs_volume volume_on(std::unique_ptr<RAW_DISK_IO> disk, uint64_t offset) {
-  partition_list list;
-  if (offset == 0 && find_partitions(*disk, list, false)) offset = list.front().byte_offset();
-  return ntfs_volume(std::move(disk), offset);
-}
-
-}  // namespace
-
 int32_t run_vmdk_road(opened_source& source, const hive_output& output) {
-  ntfs_volume volume = volume_on(std::move(source.disk), source.volume_offset);
-  if (!volume.mount()) return -1;
+  const auto nothing_opened = [&source] {
+    print_problem("Problem opening %s\n", default_hive_path);
+    print_message("%s", container_advice(source.kind).c_str());
+  };
+  ntfs_volume volume(std::move(source.disk), source.volume_offset);
+  if (!volume.mount()) {
+    nothing_opened();
+    return -1;
+  }
   const auto hive = read_volume_hive(volume, default_hive_path, output.log);
-  if (hive == nullptr || !is_system_hive(*hive)) return 0;
+  if (hive == nullptr || !is_system_hive(*hive)) {
+    nothing_opened();
+    return 0;
+  }
   if (print_hive(output, *hive, source.path) == hive_outcome::nothing_found) {
     print_problem("probs parsing from %s\n", source.path.c_str());
   }

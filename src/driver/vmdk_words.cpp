@@ -1,5 +1,7 @@
 #include "driver/vmdk_words.h"
 
+#include "driver/container_words.h"
+
 namespace ovrik {
 
 namespace {
@@ -28,6 +30,26 @@ std::string vmdk_words(const vmdk_chain& chain) {
     text += "=> vmdk file: " + found.child + "\n depends on parent vmdk " + found.hint + '\n';
   }
   return text + fault_text(chain);
+}
+
+std::string vmdk_advice(const vmdk_chain& chain) {
+  if (chain.files.empty()) {
+    return "no file was named: -vmdk takes the files of the disk, as in -vmdk \"snapshot.vmdk | "
+           "base.vmdk\"\n";
+  }
+  if (chain.fault == vmdk_fault::not_opened) {
+    const container_kind kind = kind_of_container(chain.faulty_file);
+    return kind == container_kind::vmdk ? "" : container_advice(kind);
+  }
+  if (!chain.misfit.empty()) {
+    return chain.misfit +
+           " builds on another state of its parent than the file that is there has (their CIDs "
+           "differ): give the one that it was made from\n";
+  }
+  if (chain.is_ring) {
+    return "each of these files builds on another one of them: the base of the disk is missing\n";
+  }
+  return "";
 }
 
 std::string vmdk_option_text(const vmdk_chain& chain, const char* option_name) {

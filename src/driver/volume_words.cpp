@@ -29,7 +29,34 @@ std::string list_text(const partition_list& partitions) {
   return text + '\n';
 }
 
+/// What is known of the partition that begins at the volume's offset.
+std::string partition_text(const volume_choice& choice) {
+  if (choice.partitions.empty()) return "the disk has no partition table";
+  const partition_info* const partition = choice.partition();
+  if (partition == nullptr) return "no partition table names it";
+  size_t number = 1;
+  for (const partition_info& other : choice.partitions) {
+    if (&other == partition) break;
+    ++number;
+  }
+  return "partition " + decimal_text(number) + " of " + decimal_text(choice.partitions.size()) +
+         " (" + partition_type_name(partition->type) + ")";
+}
+
 }  // namespace
+
+std::string volume_road_text(const volume_choice& choice) {
+  std::string text =
+      "volume read: offset 0x" + hex_text(choice.offset) + ", " + partition_text(choice);
+  if (choice.offset != choice.asked_offset) {
+    text += "; asked for: offset 0x" + hex_text(choice.asked_offset);
+  }
+  if (choice.table_is_guess) text += "; the table is a stray one";
+  if (!choice.partitions.empty() && choice.partitions.front().from_backup) {
+    text += "; the first GPT is damaged, its backup was taken";
+  }
+  return text;
+}
 
 std::string volume_words(const volume_choice& choice) {
   std::string text;

@@ -11,4 +11,7 @@ namespace ovrik {
 /// are, and which offset to name instead. Each ends in a line feed. Empty if it is the one.
 std::string volume_words(const volume_choice& choice);
 
+/// Which volume of a disk is read, for the diagnostics: its place and what names it.
+std::string volume_road_text(const volume_choice& choice);
+
 }  // namespace ovrik

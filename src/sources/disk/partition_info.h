@@ -16,6 +16,7 @@ struct partition_info {
   uint16_t type = 0;
   uint32_t bytes_per_sector = 512;  ///< never 0
   bool recognised = false;          ///< a file system was found in it
+  bool from_backup = false;         ///< the second copy of a GPT names it, the first is damaged
 
   uint64_t byte_offset() const { return start_sector * bytes_per_sector; }
 };

@@ -32,9 +32,11 @@ constexpr size_t slot_sector_count_at = 12;  // u32, SizeInLBA
 constexpr uint64_t usual_first_sector = 63;
 constexpr uint64_t guess_limit = 0x100000;  // bytes
 
-// UEFI GPT header, which stands in sector 1, and GPT partition entries.
+// UEFI GPT header, which stands in sector 1 and in the last one, and GPT partition entries.
+constexpr std::string_view gpt_mark = "EFI PART";  // at 0
 constexpr uint64_t gpt_header_sector = 1;
 constexpr size_t gpt_my_lba_at = 24;       // u64, MyLBA
+constexpr size_t gpt_other_lba_at = 32;    // u64, AlternateLBA
 constexpr size_t gpt_entries_lba_at = 72;  // u64, PartitionEntryLBA
 constexpr size_t gpt_entry_count_at = 80;  // u32, NumberOfPartitionEntries
 constexpr size_t gpt_entry_size_at = 84;   // u32, SizeOfPartitionEntry
@@ -116,7 +118,17 @@ class table_walk {
     }
     // A chain that cannot be read takes nothing from what the table itself names.
     if (chain_sector != 0) walk_chain(chain_sector);
-    for (partition_info& partition : m_list) probe(partition);
+    return probe_all();
+  }
+
+  /// Sets the type of each partition by what is found in it. False: there is none.
+  bool probe_all() {
+    std::vector<uint8_t> block;
+    for (partition_info& partition : m_list) {
+      if (read_some(m_disk, block, m_sector_bytes, partition.byte_offset())) {
+        probe_filesystem(partition, byte_view(block));
+      }
+    }
     return !m_list.empty();
   }
 
@@ -136,18 +148,40 @@ class table_walk {
     return true;
   }
 
-  /// The GPT, in which every partition must be readable: else it counts as none. False: none.
+  /// The GPT or, where that leads nowhere, its second copy. False: neither has a partition.
   bool walk_gpt() {
-    m_list.clear();
     std::vector<uint8_t> header;
-    const uint64_t header_at = gpt_header_sector * m_sector_bytes;
-    if (!read_some(m_disk, header, gpt_read_bytes, header_at)) return false;
+    const bool is_there =
+        read_some(m_disk, header, gpt_read_bytes, gpt_header_sector * m_sector_bytes);
     const byte_view view(header);
-    if (view.u64_at(gpt_my_lba_at) != gpt_header_sector) return false;
-    const uint32_t entry_size = view.u32_at(gpt_entry_size_at);
-    const uint32_t entry_count = view.u32_at(gpt_entry_count_at);
+    if (is_there && take_gpt(view, gpt_header_sector)) return true;
+    const uint64_t last = m_disk.size() / m_sector_bytes - 1;
+    const bool has_mark = view.text_at(0, gpt_mark);
+    return (has_mark && walk_backup_gpt(view.u64_at(gpt_other_lba_at))) || walk_backup_gpt(last);
+  }
+
+  /// Takes the partitions of the GPT whose backup header stands in `sector`.
+  bool walk_backup_gpt(uint64_t sector) {
+    std::vector<uint8_t> header;
+    if (sector > m_disk.size() / m_sector_bytes ||
+        !read_some(m_disk, header, small_sector_bytes, sector * m_sector_bytes) ||
+        !byte_view(header).text_at(0, gpt_mark) || !take_gpt(byte_view(header), sector)) {
+      return false;
+    }
+    for (partition_info& partition : m_list) partition.from_backup = true;
+    return true;
+  }
+
+ private:
+  /// Takes the partitions of the GPT whose header stands in `sector`. Every partition must be
+  /// readable: else it counts as none. False: none.
+  bool take_gpt(byte_view header, uint64_t sector) {
+    m_list.clear();
+    if (header.u64_at(gpt_my_lba_at) != sector) return false;
+    const uint32_t entry_size = header.u32_at(gpt_entry_size_at);
+    const uint32_t entry_count = header.u32_at(gpt_entry_count_at);
     if (entry_size < gpt_least_entry || entry_size > gpt_largest_entry) return false;
-    const uint64_t entries_sector = view.u64_at(gpt_entries_lba_at);
+    const uint64_t entries_sector = header.u64_at(gpt_entries_lba_at);
     if (entries_sector > m_disk.size() / m_sector_bytes) return false;
     uint64_t at = entries_sector * m_sector_bytes;
     for (uint32_t i = 0; i < std::min(entry_count, gpt_most_entries); ++i, at += entry_size) {
@@ -160,7 +194,6 @@ class table_walk {
     return !m_list.empty();
   }
 
- private:
   /// Takes the slots of the extended boot record in `sector` up to the first that is not used;
   /// `last_type` becomes the type of the last one taken. Returns the sector of the next record, 0
   /// if there is none.
@@ -210,13 +243,6 @@ class table_walk {
     return true;
   }
 
-  void probe(partition_info& partition) {
-    std::vector<uint8_t> block;
-    if (read_some(m_disk, block, m_sector_bytes, partition.byte_offset())) {
-      probe_filesystem(partition, byte_view(block));
-    }
-  }
-
   RAW_DISK_IO& m_disk;
   partition_list& m_list;
   uint32_t m_sector_bytes;
@@ -250,8 +276,20 @@ bool guess_table(RAW_DISK_IO& disk, partition_list& list) {
     if (!read_exact(disk, block, small_sector_bytes, offset)) return false;
     if (!has_table(byte_view(block))) continue;
     table_walk walk(disk, list, small_sector_bytes);
-    return walk.walk_chain(offset / small_sector_bytes) && !list.empty();
+    return walk.walk_chain(offset / small_sector_bytes) && walk.probe_all();
   }
+  return false;
+}
+
+/// Looks for the second copy of a GPT, of which nothing at the start of the disk is left.
+bool guess_gpt(RAW_DISK_IO& disk, partition_list& list) {
+  for (const uint32_t sector_bytes : {small_sector_bytes, 4096U}) {
+    const uint64_t sectors = disk.size() / sector_bytes;
+    if (sectors != 0 && table_walk(disk, list, sector_bytes).walk_backup_gpt(sectors - 1)) {
+      return true;
+    }
+  }
+  list.clear();
   return false;
 }
 
@@ -277,7 +315,8 @@ bool find_partitions(RAW_DISK_IO& disk, partition_list& list, bool guess) {
     return table_walk(disk, list, sector_bytes).walk(start);
   }
   if (guess && guess_table(disk, list)) return true;
-  return has_ext_mark(start) && take_bare_volume(list, start.clip(0, superblock_end));
+  if (has_ext_mark(start)) return take_bare_volume(list, start.clip(0, superblock_end));
+  return guess && guess_gpt(disk, list);
 }
 
 }  // namespace ovrik

@@ -34,6 +34,13 @@ struct vmdk_chain {
   std::vector<found_parent> found_parents;  ///< in the order in which they were found
   /// The files that were named and behind them the parents that were found: what should be named.
   std::vector<std::string> files;
+  /// Path of a file whose parent is there by its name, but bears another CID. Empty: none.
+  std::string misfit;
+  bool is_ring = false;                       ///< each file builds on another one: none is a base
+  std::vector<std::string> compressed_files;  ///< whose grains are compressed, and read wrongly
+  /// Files that were named and that the disk is not made of: of two with one parent, of two bases,
+  /// or of two with one CID one is left out, and what builds on it.
+  std::vector<std::string> left_out;
   /// The disk that the files make up. Nothing: they are not complete, or the CID of a parent is not
   /// the one that its child was made for.
   std::unique_ptr<RAW_DISK_IO> disk;

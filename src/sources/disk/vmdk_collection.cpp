@@ -7,6 +7,9 @@ namespace ovrik {
 
 namespace {
 
+/// Pieces of tables that all files of a chain keep together: 2 MiB.
+constexpr size_t most_pieces = 128;
+
 class vmdk_chain_disk : public RAW_DISK_IO {
  public:
   explicit vmdk_chain_disk(vmdk_collection files) : m_files(std::move(files)) {
@@ -37,18 +40,19 @@ class vmdk_chain_disk : public RAW_DISK_IO {
 
 }  // namespace
 
-bool vmdk_collection::add_disk(const std::string& path) {
-  auto disk = std::make_unique<vmdk_disk>();
-  if (!disk->open_disk(path)) return false;
+const vmdk_disk* vmdk_collection::add_disk(std::unique_ptr<vmdk_disk> disk) {
   if (disk->descriptor().is_own_parent()) m_has_own_parent = true;
   const std::string cid = disk->descriptor().cid;
-  m_disks.emplace(cid, std::move(disk));
-  return true;
+  if (m_disks.contains(cid)) {
+    m_second_files.push_back(disk->path());
+    return nullptr;
+  }
+  return m_disks.emplace(cid, std::move(disk)).first->second.get();
 }
 
 bool vmdk_collection::vmdk_link_chain() {
-  const vmdk_disk* base = nullptr;
-  std::map<const vmdk_disk*, const vmdk_disk*> children;
+  vmdk_disk* base = nullptr;
+  std::map<const vmdk_disk*, vmdk_disk*> children;
   bool complete = true;
   for (const auto& [cid, disk] : m_disks) {
     if (disk->descriptor().is_base()) {
@@ -70,24 +74,36 @@ bool vmdk_collection::vmdk_link_chain() {
     if (m_chain.size() > m_disks.size()) return false;
     m_chain.push_back(child->second);
   }
+  for (vmdk_disk* disk : m_chain) disk->keep_pieces(most_pieces / m_chain.size());
   return true;
 }
 
-vmdk_collection::piece vmdk_collection::piece_at(uint64_t offset) const {
+std::vector<std::string> vmdk_collection::left_out() const {
+  std::vector<std::string> paths = m_second_files;
+  for (const auto& [cid, disk] : m_disks) {
+    const bool linked = std::find(m_chain.begin(), m_chain.end(), disk.get()) != m_chain.end();
+    if (!linked) paths.push_back(disk->path());
+  }
+  return paths;
+}
+
+vmdk_collection::piece vmdk_collection::piece_at(uint64_t offset) {
   piece found;
   found.size = ~uint64_t{0};
   for (auto disk = m_chain.rbegin(); disk != m_chain.rend(); ++disk) {
     // Grains need not be of one size: the piece ends with the first one that does.
-    const uint64_t grain_bytes = (*disk)->grain_bytes();
-    found.size = std::min(found.size, grain_bytes - offset % grain_bytes);
-    const grain_state state = (*disk)->vmdk_locate(offset, found.file_offset);
-    if (state == grain_state::stored) found.owner = *disk;
-    if (state != grain_state::absent) break;
+    const grain_run run = (*disk)->vmdk_locate(offset);
+    found.size = std::min(found.size, run.size);
+    if (run.state == grain_state::stored) {
+      found.owner = *disk;
+      found.file_offset = run.file_offset;
+    }
+    if (run.state != grain_state::absent) break;
   }
   return found;
 }
 
-size_t vmdk_collection::read_piece(uint8_t* buffer, const piece& all, uint64_t offset) const {
+size_t vmdk_collection::read_piece(uint8_t* buffer, const piece& all, uint64_t offset) {
   const auto wanted = static_cast<size_t>(all.size);
   const size_t got = all.owner == nullptr ? 0 : all.owner->read(buffer, wanted, all.file_offset);
   uint64_t missing = wanted - got;
@@ -99,7 +115,7 @@ size_t vmdk_collection::read_piece(uint8_t* buffer, const piece& all, uint64_t o
   return got + static_cast<size_t>(missing);
 }
 
-bool vmdk_collection::vmdk_read(uint8_t* buffer, uint64_t size, uint64_t offset) const {
+bool vmdk_collection::vmdk_read(uint8_t* buffer, uint64_t size, uint64_t offset) {
   if (m_chain.empty() || size == 0) return false;
   while (size != 0) {
     // Grains that lie side by side come in one read.
@@ -121,8 +137,10 @@ bool vmdk_collection::vmdk_read(uint8_t* buffer, uint64_t size, uint64_t offset)
   return true;
 }
 
-std::unique_ptr<RAW_DISK_IO> make_chain_disk(vmdk_collection files) {
+std::unique_ptr<RAW_DISK_IO> make_chain_disk(vmdk_collection files,
+                                             std::vector<std::string>& left_out) {
   if (!files.vmdk_link_chain()) return nullptr;
+  left_out = files.left_out();
   return std::make_unique<vmdk_chain_disk>(std::move(files));
 }
 

@@ -15,8 +15,9 @@ struct vmdk_descriptor {
 
   /// True if the disk builds on no other (CID_NOPARENT).
   bool is_base() const { return parent_cid == "ffffffff"; }
-  /// True if it names itself as the disk that it builds on.
-  bool is_own_parent() const { return parent_cid == cid; }
+  /// True if it names itself as the disk that it builds on. A base whose own CID is that of no disk
+  /// does not.
+  bool is_own_parent() const { return !is_base() && parent_cid == cid; }
 };
 
 /// Reads the lines up to the first zero byte. A key counts whatever its case, at the start of a

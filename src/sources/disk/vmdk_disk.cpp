@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "sources/disk/container_kind.h"
+
 namespace ovrik {
 
 namespace {
@@ -23,13 +25,16 @@ constexpr size_t overhead_at = 64;           // u64, sectors in front of the fir
 constexpr uint64_t largest_descriptor = 0x40000;  // bytes; they are written with 10 KiB
 
 // Entries of a grain directory (the sector of a grain table) and of a grain table (of a grain).
-constexpr uint32_t entry_bytes = 4;
+constexpr uint64_t entry_bytes = vmdk_entries::entry_bytes;
 constexpr uint32_t no_sector = 0;
 constexpr uint32_t zeroed_grain = 1;  // in a grain table only
 
+constexpr uint64_t most_bytes = uint64_t{1} << 63;  // no disk is that large
+constexpr uint64_t longest_look_ahead = 64;  // entries of absent grains that are taken as one
+
 /// Turns sectors into bytes. False: they do not fit 63 bits, and no file is that large.
 bool to_bytes(uint64_t sectors, uint64_t& bytes) {
-  if (sectors > (uint64_t{1} << 63) / sector_bytes - 1) return false;
+  if (sectors > most_bytes / sector_bytes - 1) return false;
   bytes = sectors * sector_bytes;
   return true;
 }
@@ -47,6 +52,7 @@ bool vmdk_disk::read_header() {
   if (!m_file.read_vector(header, header_bytes, 0) || header.size() < header_bytes) return false;
   const byte_view view(header);
   if (!view.text_at(0, magic)) return false;
+  m_compressed = kind_of_container(view) == container_kind::vmdk_compressed;
   m_entries_per_table = view.u32_at(table_entries_at);
   // All in bytes from here on.
   uint64_t descriptor = 0, descriptor_size = 0, directory = 0, overhead = 0;
@@ -62,72 +68,76 @@ bool vmdk_disk::read_header() {
   descriptor_size = std::min(descriptor_size, largest_descriptor);
   if (!m_file.read_vector(text, descriptor_size, descriptor)) return false;
   m_descriptor = parse_vmdk_descriptor(byte_view(text));
-  return m_grain_bytes != 0 && m_entries_per_table != 0 && read_tables(directory, overhead);
+  return m_grain_bytes != 0 && m_entries_per_table != 0 && place_directory(directory, overhead);
 }
 
-bool vmdk_disk::read_tables(uint64_t directory_at, uint64_t overhead) {
+bool vmdk_disk::place_directory(uint64_t directory_at, uint64_t overhead) {
   if (overhead > m_file_size || directory_at >= overhead) return false;
   // The directory ends where the table that it names first begins.
-  std::vector<uint8_t> bytes;
+  uint32_t first_sector = 0;
   uint64_t first_table = 0;
-  if (!m_file.read_vector(bytes, entry_bytes, directory_at) ||
-      !to_bytes(byte_view(bytes).u32_at(0), first_table) || first_table >= overhead ||
-      first_table <= directory_at ||
-      !m_file.read_vector(bytes, first_table - directory_at, directory_at)) {
+  if (!m_directory.entry_at(first_sector, m_file, directory_at) ||
+      !to_bytes(first_sector, first_table) || first_table >= overhead ||
+      first_table <= directory_at) {
     return false;
   }
-  // Tables may overlap: no more bytes of them are read than the file has.
-  uint64_t bytes_left = m_file_size;
-  const byte_view directory(bytes);
-  for (size_t at = 0; directory.has(at, entry_bytes); at += entry_bytes) {
-    grain_table& table = m_grain_directory.emplace_back();
-    const uint32_t sector = directory.u32_at(at);
-    if (sector == no_sector) {
-      table.known = m_entries_per_table;  // no grain of it was ever stored
-    } else {
-      read_table(table, sector * sector_bytes, bytes_left);
-    }
-  }
+  m_directory_at = directory_at;
+  m_table_count = (first_table - directory_at) / entry_bytes;
   return true;
 }
 
-void vmdk_disk::read_table(grain_table& table, uint64_t offset, uint64_t& bytes_left) {
-  constexpr uint64_t piece_bytes = 0x10000;
-  uint64_t wanted = std::min(uint64_t{m_entries_per_table} * entry_bytes, bytes_left);
-  table.first = static_cast<uint32_t>(m_grains.size());
-  uint64_t zeros = 0;  // entries without a sector, in front of the next one that has one
-  std::vector<uint8_t> piece;
-  while (wanted != 0 && m_file.read_vector(piece, std::min(wanted, piece_bytes), offset)) {
-    const byte_view entries(piece);
-    for (size_t at = 0; entries.has(at, entry_bytes); at += entry_bytes) {
-      const uint32_t sector = entries.u32_at(at);
-      ++zeros;
-      if (sector == no_sector) continue;
-      m_grains.resize(m_grains.size() + static_cast<size_t>(zeros));
-      m_grains.back() = sector;
-      zeros = 0;
-    }
-    offset += piece.size();
-    wanted -= piece.size();
-    bytes_left -= piece.size();
-  }
-  table.count = static_cast<uint32_t>(m_grains.size() - table.first);
-  table.known = table.count + zeros;
+uint64_t vmdk_disk::bytes_of(uint64_t grains) const {
+  return grains > most_bytes / m_grain_bytes ? most_bytes : grains * m_grain_bytes;
 }
 
-grain_state vmdk_disk::vmdk_locate(uint64_t offset, uint64_t& file_offset) const {
+void vmdk_disk::keep_pieces(size_t count) {
+  m_directory.keep_pieces(count / 8);
+  m_tables.keep_pieces(count);
+}
+
+grain_run vmdk_disk::vmdk_locate(uint64_t offset) {
+  if (offset >= m_absent_begin && offset < m_absent_end) {
+    return {grain_state::absent, 0, m_absent_end - offset};
+  }
   const uint64_t grain = offset / m_grain_bytes;
   const uint64_t table = grain / m_entries_per_table;
-  if (table >= m_grain_directory.size()) return grain_state::absent;
-  const grain_table& entries = m_grain_directory[static_cast<size_t>(table)];
   const uint64_t entry = grain % m_entries_per_table;
-  if (entry >= entries.known) return grain_state::zeroed;
-  if (entry >= entries.count) return grain_state::absent;
-  const uint32_t sector = m_grains[entries.first + static_cast<size_t>(entry)];
-  if (sector == no_sector) return grain_state::absent;
-  if (sector == zeroed_grain) return grain_state::zeroed;
-  file_offset = sector * sector_bytes + offset % m_grain_bytes;
-  return grain_state::stored;
+  const uint64_t in_grain = offset % m_grain_bytes;
+  grain_run run = {grain_state::absent, 0, most_bytes};
+  if (table < m_table_count) {
+    uint32_t sector = no_sector;
+    const uint64_t entry_at = m_directory_at + table * entry_bytes;
+    if (!m_directory.entry_at(sector, m_file, entry_at)) {
+      return {grain_state::zeroed, 0, m_grain_bytes - in_grain};
+    }
+    run = sector == no_sector
+              ? grain_run{grain_state::absent, 0, bytes_of(m_entries_per_table - entry) - in_grain}
+              : run_in_table(sector * sector_bytes, entry, in_grain);
+  }
+  if (run.state == grain_state::absent) {
+    m_absent_begin = offset;
+    m_absent_end = offset + run.size;
+  }
+  return run;
+}
+
+grain_run vmdk_disk::run_in_table(uint64_t table_at, uint64_t entry, uint64_t in_grain) {
+  const uint64_t rest = m_grain_bytes - in_grain;
+  uint32_t sector = no_sector;
+  if (!m_tables.entry_at(sector, m_file, table_at + entry * entry_bytes) ||
+      sector == zeroed_grain) {
+    return {grain_state::zeroed, 0, rest};
+  }
+  if (sector != no_sector) {
+    return {grain_state::stored, sector * sector_bytes + in_grain, rest};
+  }
+  const uint64_t last = std::min<uint64_t>(entry + longest_look_ahead, m_entries_per_table);
+  uint64_t next = entry + 1;
+  while (next < last && m_tables.entry_at(sector, m_file, table_at + next * entry_bytes) &&
+         sector == no_sector) {
+    ++next;
+  }
+  return {grain_state::absent, 0, bytes_of(next - entry) - in_grain};
 }
 
 size_t vmdk_disk::read(uint8_t* buffer, size_t size, uint64_t file_offset) const {

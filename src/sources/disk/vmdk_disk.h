@@ -3,9 +3,9 @@
 
 #include <cstdint>
 #include <string>
-#include <vector>
 
 #include "sources/disk/vmdk_descriptor.h"
+#include "sources/disk/vmdk_entries.h"
 #include "sources/host/fileio.h"
 
 namespace ovrik {
@@ -18,12 +18,17 @@ enum class grain_state {
   stored,  ///< its bytes
 };
 
+/// A stretch of the virtual disk that one file holds in one way.
+struct grain_run {
+  grain_state state = grain_state::absent;
+  uint64_t file_offset = 0;  ///< where it begins in the file, if it is stored
+  uint64_t size = 0;         ///< in bytes; up to the end of its grain, or of several absent ones
+};
+
 class vmdk_disk {
  public:
-  /// Opens the file at `path` (UTF-8) and reads its header, its descriptor and its grain tables.
-  /// False: it does not open, is no such file, or its header or grain directory makes no sense.
-  /// Grains whose table entry cannot be read count as zeros: whether this file or an older one
-  /// holds them is not known, and bytes that are out of date must not be taken for the disk's.
+  /// Opens the file at `path` (UTF-8) and reads its header and its descriptor. False: it does not
+  /// open, is no such file, or its header or the place of its grain directory makes no sense.
   bool open_disk(const std::string& path);
 
   const std::string& path() const { return m_path; }
@@ -33,38 +38,42 @@ class vmdk_disk {
   uint64_t capacity() const { return m_capacity_bytes; }
   /// Size of this file in bytes.
   uint64_t file_size() const { return m_file_size; }
-  /// Bytes of one grain; never 0 once the disk is open.
-  uint64_t grain_bytes() const { return m_grain_bytes; }
 
-  /// What the file holds of the grain at `offset` of the virtual disk. If that is stored,
-  /// `file_offset` becomes the offset of that byte in the file.
-  grain_state vmdk_locate(uint64_t offset, uint64_t& file_offset) const;
+  /// True if its grains are compressed (streamOptimized), which are not unpacked.
+  bool is_compressed() const { return m_compressed; }
+
+  /// Sets how many pieces of the directory and of the tables are kept once they were read.
+  void keep_pieces(size_t count);
+
+  /// What the file holds of the virtual disk from `offset` on. Grains whose table or table entry
+  /// cannot be read count as zeros: whether this file or an older one holds them is not known, and
+  /// bytes that are out of date must not be taken for the disk's.
+  grain_run vmdk_locate(uint64_t offset);
 
   /// Reads up to `size` bytes at `file_offset`. Returns the count that came, short at the end of
   /// the file and where it cannot be read.
   size_t read(uint8_t* buffer, size_t size, uint64_t file_offset) const;
 
  private:
-  /// Where the entries of one grain table stand in `m_grains`, without the zeros at its end.
-  struct grain_table {
-    uint32_t first = 0;
-    uint32_t count = 0;
-    uint64_t known = 0;  ///< how many entries could be read, zeros included
-  };
-
   bool read_header();
-  bool read_tables(uint64_t directory_at, uint64_t overhead);
-  void read_table(grain_table& table, uint64_t offset, uint64_t& bytes_left);
+  bool place_directory(uint64_t directory_at, uint64_t overhead);
+  grain_run run_in_table(uint64_t table_at, uint64_t entry, uint64_t in_grain);
+  uint64_t bytes_of(uint64_t grains) const;
 
   uni::fileio m_file;
   std::string m_path;
   vmdk_descriptor m_descriptor;
+  bool m_compressed = false;
   uint64_t m_file_size = 0;
   uint64_t m_capacity_bytes = 0;
   uint64_t m_grain_bytes = 0;
   uint32_t m_entries_per_table = 0;
-  std::vector<grain_table> m_grain_directory;
-  std::vector<uint32_t> m_grains;  ///< sectors of the grains of all tables; 0 for none, 1 for zeros
+  uint64_t m_directory_at = 0;  ///< of its first entry in the file
+  uint64_t m_table_count = 0;   ///< entries of the directory
+  vmdk_entries m_directory;
+  vmdk_entries m_tables;
+  uint64_t m_absent_begin = 0;  ///< a stretch of the virtual disk that is known to be absent
+  uint64_t m_absent_end = 0;
 };
 
 }  // namespace ovrik

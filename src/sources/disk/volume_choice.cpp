@@ -1,5 +1,7 @@
 #include "sources/disk/volume_choice.h"
 
+#include <algorithm>
+
 #include "sources/disk/boot_sector.h"
 #include "sources/disk/partition_types.h"
 #include "sources/disk/partitions.h"
@@ -46,6 +48,13 @@ void choose_partition(volume_choice& choice, const RAW_DISK_IO& disk, bool ignor
 
 }  // namespace
 
+const partition_info* volume_choice::partition() const {
+  const auto found = std::find_if(
+      partitions.begin(), partitions.end(),
+      [this](const partition_info& partition) { return partition.byte_offset() == offset; });
+  return found == partitions.end() ? nullptr : &*found;
+}
+
 volume_choice choose_volume(RAW_DISK_IO& disk, uint64_t asked_offset, bool ignore_size) {
   volume_choice choice;
   choice.asked_offset = asked_offset;
@@ -69,6 +78,13 @@ volume_choice choose_volume(RAW_DISK_IO& disk, uint64_t asked_offset, bool ignor
     choice.table_is_guess = true;
   }
   choose_partition(choice, disk, ignore_size);
+  const bool is_listed =
+      choice.outcome == volume_outcome::at_offset || choice.outcome == volume_outcome::cut_short;
+  // A partition that was deleted, or that another layer hides.
+  if (!is_listed && has_ntfs_at(disk, asked_offset)) {
+    choice.outcome = volume_outcome::at_offset;
+    choice.offset = asked_offset;
+  }
   return choice;
 }
 

@@ -11,7 +11,7 @@ namespace ovrik {
 
 /// How the search for a volume ended.
 enum class volume_outcome {
-  at_offset,       ///< a volume begins at `offset`
+  at_offset,       ///< a volume begins at `offset`, whether a table names it or not
   offset_outside,  ///< the offset asked for lies behind the end of the disk
   no_partitions,   ///< the disk has no partition table and is no volume itself
   cut_short,       ///< the table names a volume at `offset`, but the disk ends within it
@@ -42,6 +42,9 @@ struct volume_choice {
   partition_list partitions;    ///< in the order of the table; empty without one
   std::vector<partition_finding> findings;  ///< in the order in which the partitions were looked at
 
+  /// The partition that begins at `offset`. Nothing: no table names one there.
+  const partition_info* partition() const;
+
   /// True if the disk has an NTFS volume that begins at `offset`, even one that is cut short.
   bool has_volume() const {
     return outcome == volume_outcome::at_offset || outcome == volume_outcome::cut_short ||
@@ -51,8 +54,8 @@ struct volume_choice {
 
 /// Checks that an NTFS volume begins at byte `asked_offset` of `disk`, or finds the last one that
 /// the partition table names. A disk without a table is believed to have a volume where the boot
-/// sector of one stands: at the offset, or else at the start. `ignore_size` accepts a volume that
-/// the disk cuts short.
+/// sector of one stands: at the offset, or else at the start. So is one at the offset that the
+/// table does not name. `ignore_size` accepts a volume that the disk cuts short.
 volume_choice choose_volume(RAW_DISK_IO& disk, uint64_t asked_offset, bool ignore_size);
 
 }  // namespace ovrik
