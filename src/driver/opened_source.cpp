@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "base/clean_text.h"
 #include "driver/host/console.h"
 #include "driver/host/live_system.h"
 #include "driver/vmdk_words.h"
@@ -18,7 +19,7 @@ namespace {
 bool open_image_disk(opened_source& opened, const source_options& source) {
   opened.disk = open_image(source.path);
   if (opened.disk == nullptr) {
-    print_message("invalid image: %s\n\n", source.path.c_str());
+    print_message("invalid image: %s\n\n", clean_text(source.path).c_str());
     return false;
   }
   const volume_choice choice =

@@ -3,6 +3,7 @@
 #include <memory>
 #include <utility>
 
+#include "base/clean_text.h"
 #include "driver/host/console.h"
 #include "driver/plain_hive.h"
 #include "driver/volume_source.h"
@@ -27,7 +28,7 @@ int32_t run_vmdk_road(opened_source& source, const hive_output& output) {
   const auto hive = read_volume_hive(volume, default_hive_path, output.log);
   if (hive == nullptr || !is_system_hive(*hive)) return 0;
   if (print_hive(output, *hive, source.path) == hive_outcome::nothing_found) {
-    print_problem("probs parsing from %s\n", source.path.c_str());
+    print_problem("probs parsing from %s\n", clean_text(source.path).c_str());
   }
   return 0;
 }
