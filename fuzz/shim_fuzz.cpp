@@ -1,4 +1,5 @@
-// Any bytes as a shim cache: recognised, walked and written in every form.
+// Any bytes as a shim cache: recognised, walked and written in every form. Whatever they hold, no
+// control character but TABs and the ends of rows comes out.
 
 #include <ostream>
 #include <streambuf>
@@ -9,11 +10,22 @@
 
 namespace {
 
-/// Takes everything and keeps nothing.
-class null_buffer : public std::streambuf {
+/// Takes everything, looks at it and keeps nothing.
+class checking_buffer : public std::streambuf {
  protected:
-  int_type overflow(int_type ch) override { return traits_type::not_eof(ch); }
-  std::streamsize xsputn(const char*, std::streamsize length) override { return length; }
+  int_type overflow(int_type ch) override {
+    const char c = traits_type::to_char_type(ch);
+    if (!traits_type::eq_int_type(ch, traits_type::eof())) xsputn(&c, 1);
+    return traits_type::not_eof(ch);
+  }
+
+  std::streamsize xsputn(const char* bytes, std::streamsize length) override {
+    for (const char c : std::string_view(bytes, static_cast<size_t>(length))) {
+      const bool control = (c >= 0 && c < 0x20) || c == 0x7F;
+      if (control && c != '\t' && c != '\n') __builtin_trap();
+    }
+    return length;
+  }
 };
 
 }  // namespace
@@ -23,7 +35,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const byte_view cache(data, size);
   detected_shim found;
   const bool detected = detect_shim_layout(cache, found);
-  null_buffer buffer;
+  checking_buffer buffer;
   std::ostream out(&buffer);
   for (const bool raw : {false, true}) {
     shim_cache_results results;

@@ -1,9 +1,14 @@
-// Code points between UTF-16 and UTF-8. Inline, for the rows of large caches.
+// Code points between UTF-16 and UTF-8. Most is inline, for the rows of large caches.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <string_view>
 
 namespace ovrik {
+
+/// What takes the place of a character that is none.
+constexpr uint32_t replacement_character = 0xFFFD;
 
 inline bool is_high_surrogate(uint32_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
 inline bool is_low_surrogate(uint32_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
@@ -37,5 +42,9 @@ inline char* put_utf8(char* out, uint32_t code) {
   }
   return out;
 }
+
+/// The code point that begins at `at`, which lies inside `text` and moves behind it. The three
+/// bytes of a surrogate give that surrogate; a byte that begins no character gives U+FFFD.
+uint32_t take_utf8(std::string_view text, size_t& at);
 
 }  // namespace ovrik

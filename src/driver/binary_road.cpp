@@ -1,8 +1,8 @@
 #include "driver/binary_road.h"
 
-#include <sstream>
 #include <vector>
 
+#include "base/clean_text.h"
 #include "driver/host/console.h"
 #include "driver/options/path_variables.h"
 #include "driver/stdin_stream.h"
@@ -24,12 +24,12 @@ constexpr size_t progress_name = 30;
 
 void show_analyzing(const std::string& path) {
   const std::string name = last_component(path);
-  const size_t cut = name.size() > progress_name ? name.size() - progress_name : 0;
-  show_progress(progress_width, "analyzing: .." + name.substr(cut));
+  show_progress(progress_width,
+                "analyzing: .." + std::string(last_characters(name, progress_name)));
 }
 
-/// Writes the rows of the raw cache at `path`. Returns what the diagnostics say instead where that
-/// fails, null where it does not.
+/// Writes the rows of the raw cache at `path` below a heading of their own. Returns what the
+/// diagnostics say instead where that fails, null where it does not.
 const char* write_rows_of(const std::string& path, const cache_section& section,
                           const shim_settings& settings, row_writer& writer) {
   lvportdir::file_times times;
@@ -42,9 +42,12 @@ const char* write_rows_of(const std::string& path, const cache_section& section,
   const byte_view data(bytes);
   shim_cache_results results;
   if (!parse_shim_cache(results, data, 0, settings.raw_mode)) return " prob parsing shim cache";
-  if (!output_shim_cache(writer, section, results, settings, data)) {
-    return " prob outputting shim cache results";
-  }
+  if (results.empty()) return " prob outputting shim cache results";
+  std::ostream& out = writer.out();
+  out << section_rule << "\nArtifact: Shim Cache\nBinary source: " << clean_text(path) << '\n'
+      << section_rule << '\n';
+  output_shim_cache(writer, section, results, settings, data);
+  out << '\n' << std::flush;
   return nullptr;
 }
 
@@ -77,17 +80,12 @@ int32_t run_pipe_binary_road(const run_options& options, std::ostream& out, diag
     const std::string path = expand_path_variables(lvportdir::strip_long_prefix(line));
     if (options.show_progress) show_analyzing(path);
     diag_printf(log, "Analyzing: %s", path.c_str());
-    std::ostringstream rows;
-    row_writer writer(rows, options.rows);
+    row_writer writer(out, options.rows);
     if (const char* problem = write_rows_of(path, section, options.shim, writer)) {
       diag_printf(log, "%s", problem);
       continue;
     }
     diag_printf(log, " successfully processed [hdrs: %zu]", writer.columns().size());
-    out << section_rule << "\nArtifact: Shim Cache\nBinary source: " << path << '\n'
-        << section_rule << '\n'
-        << rows.view() << '\n'
-        << std::flush;
   }
   return 0;
 }

@@ -3,6 +3,7 @@
 #include <memory>
 #include <utility>
 
+#include "base/clean_text.h"
 #include "driver/container_words.h"
 #include "driver/hive_source.h"
 #include "driver/host/console.h"
@@ -40,14 +41,14 @@ int32_t run_hive_road(opened_source& source, source_kind kind, const hive_output
   if (source.path.empty()) return -1;
   const auto [hive, inner_path] = open_hive(source, kind, output.log);
   if (hive == nullptr) {
-    print_problem("Problem opening %s\n", inner_path.c_str());
+    print_problem("Problem opening %s\n", clean_text(inner_path).c_str());
     print_message("%s", container_advice(source.kind).c_str());
     return -1;
   }
   if (!is_system_hive(*hive)) return -1;
   const hive_outcome outcome = print_hive(output, *hive, source.path);
   if (outcome == hive_outcome::nothing_found) {
-    print_problem("probs parsing from %s\n", source.path.c_str());
+    print_problem("probs parsing from %s\n", clean_text(source.path).c_str());
   }
   return outcome == hive_outcome::found ? 0 : -1;
 }

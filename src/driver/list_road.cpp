@@ -3,6 +3,7 @@
 #include <memory>
 #include <string>
 
+#include "base/clean_text.h"
 #include "driver/directory_walk.h"
 #include "driver/hive_source.h"
 #include "driver/host/console.h"
@@ -29,7 +30,9 @@ bool process_hive(const std::string& path, const hive_output& output) {
   const auto hive = open_hive_source(path, output.log);
   if (hive == nullptr || !is_system_hive(*hive)) return true;
   const hive_outcome outcome = print_hive(output, *hive, path);
-  if (outcome != hive_outcome::found) print_problem("probs parsing from %s\n", path.c_str());
+  if (outcome != hive_outcome::found) {
+    print_problem("probs parsing from %s\n", clean_text(path).c_str());
+  }
   return outcome != hive_outcome::no_control_sets;
 }
 
@@ -43,7 +46,7 @@ int32_t run_list_road(const list_options& list, const hive_output& output) {
     if (line.empty()) continue;
     const std::string path = expand_path_variables(lvportdir::strip_long_prefix(line));
     if (!uni::file_opens(path)) continue;
-    print_message("analyzing: %s\n", path.c_str());
+    print_message("analyzing: %s\n", clean_text(path).c_str());
     if (!process_hive(path, output)) return 0;
     out.flush();  // what one hive gave is safe from whatever the next one does
   }

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "base/clean_text.h"
 #include "driver/container_words.h"
 #include "driver/host/console.h"
 #include "driver/host/host_console.h"
@@ -32,7 +33,7 @@ void tell_choice(diagnostics_log& log, const std::string& text) {
 bool open_image_disk(opened_source& opened, const source_options& source, diagnostics_log& log) {
   opened.disk = open_image(source.path);
   if (opened.disk == nullptr) {
-    print_message("invalid image: %s\n\n", source.path.c_str());
+    print_message("invalid image: %s\n\n", clean_text(source.path).c_str());
     return false;
   }
   const volume_choice choice =

@@ -4,6 +4,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/clean_text.h"
 #include "base/text.h"
 #include "driver/host/console.h"
 #include "hive/control_sets.h"
@@ -51,9 +52,9 @@ registry_command command_for(const cache_place& place, const std::string& contro
 std::string heading_of(const registry_command& command, const std::string& shown_location,
                        bool names_hive) {
   std::string heading = heading_rule;
-  heading += "Artifact: " + command.title + '\n';
-  heading += "Registry key: " + command.key + " [enumvalues]\n";
-  if (names_hive) heading += "Hive Location: " + shown_location + '\n';
+  heading += "Artifact: " + clean_text(command.title) + '\n';
+  heading += "Registry key: " + clean_text(command.key) + " [enumvalues]\n";
+  if (names_hive) heading += "Hive Location: " + clean_text(shown_location) + '\n';
   return heading + heading_rule;
 }
 

@@ -3,6 +3,7 @@
 #include <memory>
 #include <utility>
 
+#include "base/clean_text.h"
 #include "driver/options/evidence_guard.h"
 #include "driver/results_file.h"
 #include "output/streams.h"
@@ -18,7 +19,7 @@ void open_diagnostics(diagnostics_log& log, const run_options& options) {
   log.diag_on = true;
   log.diag_path = path;
   log.diag_stream = std::move(stream);
-  *log.diag_stream << "->" << options.command_line << '\n';
+  *log.diag_stream << "->" << clean_text(options.command_line) << '\n';
 }
 
 }  // namespace

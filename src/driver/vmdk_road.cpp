@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "base/clean_text.h"
 #include "driver/container_words.h"
 #include "driver/host/console.h"
 #include "driver/plain_hive.h"
@@ -25,7 +26,7 @@ int32_t run_vmdk_road(opened_source& source, const hive_output& output) {
     return 0;
   }
   if (print_hive(output, *hive, source.path) == hive_outcome::nothing_found) {
-    print_problem("probs parsing from %s\n", source.path.c_str());
+    print_problem("probs parsing from %s\n", clean_text(source.path).c_str());
   }
   return 0;
 }

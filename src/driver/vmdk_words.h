@@ -15,7 +15,7 @@ std::string vmdk_words(const vmdk_chain& chain);
 std::string vmdk_advice(const vmdk_chain& chain);
 
 /// The files of the chain as they can be typed behind `option_name`, in one list; a file whose name
-/// the list would split gets an option of its own.
+/// the list would split gets an option of its own. A POSIX shell takes them literally.
 std::string vmdk_option_text(const vmdk_chain& chain, const char* option_name);
 
 }  // namespace ovrik

@@ -2,21 +2,25 @@
 
 #include "base/number_text.h"
 #include "base/text.h"
-#include "output/line_ends.h"
+#include "output/field_text.h"
 
 namespace ovrik {
 
 namespace {
 
-bool has_line_end(const std::string& text) {
-  return text.find('\n') != std::string::npos || text.find('\r') != std::string::npos;
+/// True for a text that brings its own quotes.
+bool is_quoted_already(const std::string& text) {
+  return text.size() > 2 && text.starts_with("{\"");
 }
 
 /// Lays the cells of one row out into a line.
 class row_line {
  public:
   row_line(const field_row& row, const row_writer& writer)
-      : m_row(row), m_settings(writer.settings()), m_columns(writer.columns()) {}
+      : m_row(row),
+        m_settings(writer.settings()),
+        m_texts(writer.texts()),
+        m_columns(writer.columns()) {}
 
   std::string text() {
     const size_t count = m_row.cells.size();
@@ -53,7 +57,7 @@ class row_line {
     const field_cell& cell = m_row.cells[column];
     switch (cell.kind) {
       case cell_kind::text:
-        append_text(cell.text, width_of(column));
+        append_text(cell, width_of(column));
         break;
       case cell_kind::number32:
       case cell_kind::number64:
@@ -71,19 +75,22 @@ class row_line {
     return 1;
   }
 
-  void append_text(const std::string& text, size_t width) {
-    const separator_pair& pair = m_settings.sub_separators;
-    const bool separated = pair.from != 0 && text.find(pair.from) != std::string::npos;
-    const bool one_line = escapes_line_ends(m_settings);
-    const bool broken = one_line && has_line_end(text);
-    if (!separated && !broken) {
-      append_padded_right(m_line, text, width);
-      return;
+  void append_text(const field_cell& cell, size_t width) {
+    const size_t begin = m_line.size();
+    const line_ends_as ends =
+        escapes_line_ends(m_settings) ? line_ends_as::names : line_ends_as::pictures;
+    if ((cell.style & field_cell::quote) != 0 && !is_quoted_already(cell.text)) {
+      m_texts.append_quoted(m_line, cell.text, ends);
+    } else {
+      m_texts.append(m_line, cell.text, ends);
     }
-    std::string changed = text;
-    if (separated) replace_all(changed, pair.from, pair.to);
-    if (one_line) escape_line_ends(changed);
-    append_padded_right(m_line, changed, width);
+    pad(begin, width);
+  }
+
+  /// Makes what stands in the line from `begin` on `width` bytes long.
+  void pad(size_t begin, size_t width) {
+    const size_t length = m_line.size() - begin;
+    if (length < width) m_line.append(width - length, ' ');
   }
 
   void append_number(const field_cell& cell, size_t width) {
@@ -127,6 +134,7 @@ class row_line {
 
   const field_row& m_row;
   const row_settings& m_settings;
+  const field_text& m_texts;
   const std::vector<field_cell>& m_columns;
   std::string m_line;
   std::string m_date;
@@ -151,9 +159,7 @@ void row_set_text(field_row& row, size_t column, const std::string& text, uint32
   field_cell& cell = row.cells[column];
   cell.kind = cell_kind::text;
   cell.style = style | row.style;
-  const bool as_it_is = text.size() > 2 && text.starts_with("{\"");
-  const bool quoted = (cell.style & field_cell::quote) != 0 && !as_it_is;
-  cell.text = quoted ? '"' + text + '"' : text;
+  cell.text = text;
 }
 
 void write_row(row_writer& writer, const field_row& row) {

@@ -26,8 +26,8 @@ struct field_row {
 size_t row_set_number(field_row& row, size_t column, uint64_t value, cell_kind kind,
                       uint32_t style = 0);
 
-/// Sets a text. With the quote style it is wrapped in double quotes, unless it begins with an
-/// opening brace and a double quote. A column at or beyond the row's count is ignored.
+/// Sets a text. With the quote style it shows in double quotes, unless it begins with an opening
+/// brace and a double quote. A column at or beyond the row's count is ignored.
 void row_set_text(field_row& row, size_t column, const std::string& text, uint32_t style = 0);
 
 /// Writes one row under the columns of the running section.

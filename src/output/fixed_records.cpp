@@ -4,7 +4,7 @@
 
 #include "base/number_text.h"
 #include "base/text.h"
-#include "output/line_ends.h"
+#include "output/field_text.h"
 
 namespace ovrik {
 
@@ -41,25 +41,40 @@ timeline_rows rows_of(const timeline_record& record) {
 /// The line of one record or header: fields with the separator between them.
 class separated_line {
  public:
-  explicit separated_line(std::string_view separator) : m_separator(separator) {}
+  separated_line(const field_text& texts, std::string_view separator)
+      : m_texts(texts), m_separator(separator) {}
 
+  /// Adds a field that is the program's own.
   separated_line& add(std::string_view field) {
-    if (!m_first) m_line += m_separator;
-    m_first = false;
+    separate();
     m_line += field;
+    return *this;
+  }
+
+  /// Adds a text that may come from evidence.
+  separated_line& add_text(std::string_view text, line_ends_as ends = line_ends_as::pictures) {
+    separate();
+    m_texts.append(m_line, text, ends);
     return *this;
   }
 
   std::string text() const { return m_line + '\n'; }
 
  private:
+  void separate() {
+    if (!m_first) m_line += m_separator;
+    m_first = false;
+  }
+
+  const field_text& m_texts;
   std::string_view m_separator;
   std::string m_line;
   bool m_first = true;
 };
 
-std::string timeline_header(const row_settings& settings) {
-  separated_line line(settings.csv_separator);
+std::string timeline_header(const row_writer& writer) {
+  const row_settings& settings = writer.settings();
+  separated_line line(writer.texts(), settings.csv_separator);
   if (settings.pair_datetime) {
     line.add("date/time");
   } else {
@@ -95,17 +110,7 @@ timeline_record::timeline_record(const row_settings& settings)
 
 void write_timeline_row(row_writer& writer, const timeline_record& record) {
   const row_settings& settings = writer.settings();
-  if (writer.take_due_header()) writer.out() << timeline_header(settings);
-  const separator_pair& pair = settings.sub_separators;
-  const auto own_text = [&pair](std::string text) {
-    if (pair.from != 0 && pair.to != 0) replace_all(text, pair.from, pair.to);
-    return text;
-  };
-  const auto one_line = [&own_text](const std::string& text) {
-    std::string line = own_text(text);
-    escape_line_ends(line);
-    return line;
-  };
+  if (writer.take_due_header()) writer.out() << timeline_header(writer);
   const std::string lead = settings.tight_csv ? "" : " ";
   for (const auto& [seconds, row] : rows_of(record)) {
     time_value time;
@@ -113,28 +118,29 @@ void write_timeline_row(row_writer& writer, const timeline_record& record) {
     std::string date_text;
     std::string time_text;
     format_date_time(date_text, time_text, time, settings.time_format);
-    separated_line line(settings.csv_separator);
+    separated_line line(writer.texts(), settings.csv_separator);
     if (settings.pair_datetime) {
       date_text.insert(0, lead).append(1, ' ').append(time_text);
       line.add(date_text);
     } else {
       line.add(date_text).add(lead + time_text);
     }
-    line.add(timezone).add(row.macb).add(record.source).add(record.sourcetype).add(row.type);
-    line.add(record.user).add(record.host);
-    line.add(own_text(record.short_text)).add(one_line(record.desc));
-    line.add(decimal_text(record.version)).add(own_text(record.filename)).add(record.inode);
-    line.add(one_line(record.notes)).add(record.format).add(one_line(record.extra));
+    constexpr line_ends_as names = line_ends_as::names;
+    line.add(timezone).add(row.macb).add_text(record.source).add_text(record.sourcetype);
+    line.add_text(row.type).add_text(record.user).add_text(record.host);
+    line.add_text(record.short_text).add_text(record.desc, names);
+    line.add(decimal_text(record.version)).add_text(record.filename).add(record.inode);
+    line.add_text(record.notes, names).add_text(record.format).add_text(record.extra, names);
     writer.out() << line.text();
   }
 }
 
 void write_body_row(row_writer& writer, const body_record& record) {
   if (writer.take_due_header()) writer.out() << body_header;
-  std::string name = record.name;
-  replace_all(name, '|', ';');
-  separated_line line("|");
-  line.add("0").add(name);                       // no MD5 is known
+  constexpr const char* separator = "|";
+  static const field_text texts(separator);
+  separated_line line(texts, separator);
+  line.add("0").add_text(record.name);           // no MD5 is known
   line.add(decimal_text(source_inode)).add("");  // nor a mode
   line.add("0").add("0").add(decimal_text(record.size));
   for (const time_slot slot : {accessed_slot, modified_slot, changed_slot, born_slot}) {

@@ -26,17 +26,9 @@ bool escapes_line_ends(const row_settings& settings) {
 }
 
 void set_csv_separator(row_settings& settings, const std::string& text) {
-  settings.csv_separator = text;
-  settings.sub_separators = {};
-  if (settings.quoted_csv) return;
   const std::string lower = lower_ascii(text);
-  if (lower.find('|') != std::string::npos) {
-    settings.sub_separators = {'|', ';'};
-  } else if (lower.find(',') != std::string::npos) {
-    settings.sub_separators = {',', ' '};
-  } else if (lower == "tab" || lower == "\\t") {
-    settings.csv_separator = "\t";
-  }
+  const bool is_tab = !settings.quoted_csv && (lower == "tab" || lower == "\\t");
+  settings.csv_separator = is_tab ? "\t" : text;
 }
 
 }  // namespace ovrik

@@ -27,17 +27,10 @@ struct form_facts {
 
 form_facts facts_of(row_form form);
 
-/// The characters that replace a separator inside a text: `from` becomes `to`; 0 for none.
-struct separator_pair {
-  char from = 0;
-  char to = 0;
-};
-
 struct row_settings {
   row_form form = row_form::padded;
   bool csvgen_given = false;  ///< also where a later option chose another form
   std::string csv_separator = " | ";
-  separator_pair sub_separators{'|', ';'};
   bool tight_csv = false;   ///< no padding to the columns' widths
   bool pad_columns = true;  ///< a blank in front of a time
   bool hex_numbers = true;
@@ -52,8 +45,7 @@ struct row_settings {
 /// True if line ends inside a cell are rewritten.
 bool escapes_line_ends(const row_settings& settings);
 
-/// Makes `text` the separator and chooses the characters that take its place inside a text: a pipe
-/// becomes a semicolon, a comma a blank, anything else stays. "tab" and "\\t" mean a TAB.
+/// Makes `text` the separator. "tab" and "\\t" mean a TAB, unless fields are quoted.
 void set_csv_separator(row_settings& settings, const std::string& text);
 
 }  // namespace ovrik

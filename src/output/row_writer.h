@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "output/field_cell.h"
+#include "output/field_text.h"
 #include "output/row_settings.h"
 
 namespace ovrik {
@@ -14,9 +15,11 @@ namespace ovrik {
 /// section without rows leaves nothing behind. A new writer owes a header in every form.
 class row_writer {
  public:
-  row_writer(std::ostream& out, const row_settings& settings) : m_out(out), m_settings(settings) {}
+  row_writer(std::ostream& out, const row_settings& settings)
+      : m_out(out), m_settings(settings), m_texts(settings.csv_separator) {}
 
   const row_settings& settings() const { return m_settings; }
+  const field_text& texts() const { return m_texts; }
   std::ostream& out() { return m_out; }
 
   /// Starts a section. `heading`, without its last line end, replaces one that no row came for; a
@@ -42,6 +45,7 @@ class row_writer {
  private:
   std::ostream& m_out;
   const row_settings& m_settings;
+  field_text m_texts;
   std::string m_heading;
   bool m_header_due = true;
   std::vector<field_cell> m_columns;

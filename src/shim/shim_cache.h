@@ -1,11 +1,11 @@
-// One parsed Shim Cache: the layouts that Windows has written, the record of one cached program,
-// and all records of a cache.
+// The layouts of a Shim Cache that Windows has written, and the record of one cached program.
 #pragma once
 
 #include <cstdint>
 #include <string>
 #include <string_view>
-#include <vector>
+
+#include "base/byte_view.h"
 
 namespace ovrik {
 
@@ -32,16 +32,15 @@ struct shim_cache_entry {
   bool valid = false;                      ///< passed its layout's tests; false only in raw mode
   bool in_slack = false;                   ///< starts at or behind the end of the value's own data
   uint32_t signature = 0;                  ///< first four bytes of the entry, for layouts 9 to 14
-  shim_layout layout = shim_layout::none;  ///< a kept invalid entry: that of the entry before it
-  std::string path_raw;                    ///< as stored, in UTF-8
+  shim_layout layout = shim_layout::none;  ///< a kept invalid entry: none before a valid one
+  byte_view path;                          ///< UTF-16LE as stored, up to a NUL or to its end
   uint64_t file_size = 0;
   uint64_t update_time = 0;
   uint64_t modified_time = 0;
-  int32_t order = -1;            ///< position in the most-recently-used list of layout 1
-  uint32_t entry_number = 0;     ///< of the walk's step, from 0; invalid entries are counted too
-  uint32_t entry_offset = 0;     ///< from the buffer's start, in bytes, where the step began
-  bool path_had_prefix = false;  ///< "\??\" stands in `path_raw`
-  uint64_t path_offset = 0;      ///< layouts 2 to 7
+  int32_t order = -1;         ///< position in the most-recently-used list of layout 1
+  uint32_t entry_number = 0;  ///< of the walk's step, from 0; invalid entries are counted too
+  uint32_t entry_offset = 0;  ///< from the buffer's start, in bytes, where the step began
+  uint64_t path_offset = 0;   ///< layouts 2 to 7
   uint32_t flags1 = 0;
   uint32_t flags2 = 0;
   uint64_t data_size = 0;    ///< layouts 6 and 7; the data themselves are not copied
@@ -49,11 +48,11 @@ struct shim_cache_entry {
   uint32_t entry_tag = 0;    ///< word at +4 of layouts 9 to 14; not interpreted
 };
 
-/// The entries of one cache, in the order of the walk.
-using shim_cache_results = std::vector<shim_cache_entry>;
-
 /// What a path of the system itself begins with.
 constexpr std::string_view native_prefix = "\\??\\";
+
+/// The path as stored, in UTF-8.
+std::string path_raw(const shim_cache_entry& entry);
 
 /// What entries are sorted by: the path in lower case and without its first "\??\".
 std::string path_key(const shim_cache_entry& entry);

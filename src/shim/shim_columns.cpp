@@ -137,7 +137,7 @@ field_row shim_row(const shim_cache_entry& entry, const shim_layout_row& layout,
   if (settings.inc_slack) cells.add_text(entry.in_slack ? "*" : "");
   const std::string& host = writer.settings().host_name;
   if (!host.empty()) cells.add_text(host);
-  cells.add_text(entry.path_raw);
+  cells.add_text(path_raw(entry));
   return std::move(cells.row);
 }
 

@@ -17,45 +17,58 @@ namespace {
 
 constexpr std::string_view entry_rule = "--------------------------------------------";
 
-using entry_list = std::vector<const shim_cache_entry*>;
+using step_list = std::vector<shim_step>;
 
-/// Puts a list into the order of keys; entries of one key stay in the order of the walk.
-template <typename key_maker>
-void sort_by_key(entry_list& entries, key_maker key_of) {
-  using keyed_entry = std::pair<std::string, const shim_cache_entry*>;
-  std::vector<keyed_entry> keyed;
-  keyed.reserve(entries.size());
-  for (const shim_cache_entry* entry : entries) keyed.emplace_back(key_of(*entry), entry);
-  std::stable_sort(
-      keyed.begin(), keyed.end(),
-      [](const keyed_entry& left, const keyed_entry& right) { return left.first < right.first; });
-  std::transform(keyed.begin(), keyed.end(), entries.begin(),
-                 [](const keyed_entry& entry) { return entry.second; });
+/// Puts a list into the order of the paths; equal ones stay in the order of the walk.
+void sort_by_name(step_list& steps, const shim_cache_results& results) {
+  using keyed_step = std::pair<std::string, shim_step>;
+  std::vector<keyed_step> keyed;
+  keyed.reserve(steps.size());
+  for (const shim_step& step : steps) keyed.emplace_back(path_key(results.entry_at(step)), step);
+  std::sort(keyed.begin(), keyed.end(), [](const keyed_step& left, const keyed_step& right) {
+    const int order = left.first.compare(right.first);
+    return order != 0 ? order < 0 : left.second.number < right.second.number;
+  });
+  std::transform(keyed.begin(), keyed.end(), steps.begin(),
+                 [](const keyed_step& step) { return step.second; });
 }
 
-/// The valid entries in the order in which their rows go out.
-entry_list entries_in_row_order(const shim_cache_results& results, bool by_name) {
-  constexpr uint32_t most_with_five_digits = 99999;
-  entry_list entries;
-  entries.reserve(results.size());
-  for (const shim_cache_entry& entry : results) {
-    if (entry.valid) entries.push_back(&entry);
-  }
+/// A number with zeros behind it up to ten digits, or behind the five that it has at least.
+uint64_t filled_number(uint32_t number) {
+  constexpr uint64_t least_of_six_digits = 100'000;
+  constexpr uint64_t least_of_ten_digits = 1'000'000'000;
+  if (number < least_of_six_digits) return number * least_of_six_digits;
+  uint64_t filled = number;
+  while (filled < least_of_ten_digits) filled *= 10;
+  return filled;
+}
+
+/// Puts a list into the order that the numbers have as texts with zeros up to five digits, by which
+/// "100000" comes before "99999".
+void sort_by_number_text(step_list& steps) {
+  std::sort(steps.begin(), steps.end(), [](const shim_step& left, const shim_step& right) {
+    const uint64_t left_filled = filled_number(left.number);
+    const uint64_t right_filled = filled_number(right.number);
+    return left_filled != right_filled ? left_filled < right_filled : left.number < right.number;
+  });
+}
+
+/// The entries in the order in which their rows go out.
+step_list steps_in_row_order(const shim_cache_results& results, bool by_name) {
+  constexpr uint32_t most_with_five_digits = 99999;  // up to there the walk has the order
+  step_list steps = results.steps();
   if (by_name) {
-    sort_by_key(entries, path_key);
-  } else if (results.back().entry_number > most_with_five_digits) {
-    // As texts with zeros up to five digits, by which "100000" comes before "99999"; up to there
-    // the walk has the order.
-    sort_by_key(entries,
-                [](const shim_cache_entry& entry) { return decimal_text(entry.entry_number, 5); });
+    sort_by_name(steps, results);
+  } else if (steps.back().number > most_with_five_digits) {
+    sort_by_number_text(steps);
   }
-  return entries;
+  return steps;
 }
 
 /// The path as the fixed records show it, with its place in the use order if the layout has one.
 std::string path_with_order(const shim_cache_entry& entry, const shim_layout_row& layout) {
-  if (!layout.has_use_order()) return entry.path_raw;
-  return entry.path_raw + " (sorted# " + std::to_string(entry.order) + ")";
+  if (!layout.has_use_order()) return path_raw(entry);
+  return path_raw(entry) + " (sorted# " + std::to_string(entry.order) + ")";
 }
 
 /// The words of a timeline row for what has no field of its own there.
@@ -93,7 +106,7 @@ void write_timeline(const row_context& context, const shim_cache_entry& entry) {
   record.labels = {"File Modified", "Last Accessed", "RegKey Updated", "Created"};
   record.source = "REG";
   record.sourcetype = section.title;
-  record.short_text = entry.path_raw;
+  record.short_text = path_raw(entry);
   record.desc = path_with_order(entry, layout);
   if (settings.inc_slack && entry.in_slack) record.notes = "Slack entry; ";
   record.notes += extra_words(entry, layout, writer.settings().hex_numbers);
@@ -136,18 +149,17 @@ void write_shim_rows(const row_context& context, const shim_cache_results& resul
         shim_columns(context.layout, context.section, context.settings, writer.settings()));
   }
   const entry_writer write_entry = writer_of(writer.settings().form);
-  for (const shim_cache_entry* entry :
-       entries_in_row_order(results, context.settings.sort_by_name)) {
-    write_entry(context, *entry);
+  for (const shim_step& step : steps_in_row_order(results, context.settings.sort_by_name)) {
+    write_entry(context, results.entry_at(step));
   }
 }
 
 /// Writes the numbers of the entries of a raw listing in their order in the buffer.
 void dump_shim_slack(std::ostream& out, const shim_cache_results& results, byte_view data) {
   if (!data.empty()) out << entry_rule << "\nHeader information\n\n";
-  for (const shim_cache_entry& entry : results) {
+  for (const shim_step& step : results.steps()) {
     std::string number;
-    append_padded_right(number, decimal_text(entry.entry_number), 4);
+    append_padded_right(number, decimal_text(step.number), 4);
     out << entry_rule << "\nentry: " << number << "\n\n";
   }
 }
@@ -161,7 +173,7 @@ bool output_shim_cache(row_writer& writer, const cache_section& section,
   if (settings.raw_mode) {
     dump_shim_slack(writer.out(), results, data);
   } else {
-    write_shim_rows({writer, section, settings, layout_facts(results.front().layout)}, results);
+    write_shim_rows({writer, section, settings, results.layout()}, results);
   }
   return true;
 }

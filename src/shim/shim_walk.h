@@ -1,8 +1,9 @@
 // The walks over the families of layouts, behind `parse_shim_cache`.
 #pragma once
 
+#include <array>
 #include <cstdint>
-#include <utility>
+#include <string_view>
 
 #include "base/byte_view.h"
 #include "shim/shim_cache.h"
@@ -11,56 +12,81 @@
 
 namespace ovrik {
 
-/// What the walks share: the buffer, the place of the step in hand and the entries kept so far.
+/// Where a walk stood when it made an entry: enough to make the same entry again.
+struct shim_step {
+  uint32_t offset = 0;  ///< from the buffer's start, in bytes
+  uint32_t number = 0;  ///< of the step, from 0
+};
+
+/// What a step of a walk came to.
+enum class step_outcome {
+  entry,    ///< an entry is there
+  skipped,  ///< none is, and the walk goes on
+  ended,    ///< the walk is at its end
+};
+
+/// A walk from entry to entry. Reads the buffer, which has to stay, and keeps nothing of it.
 class shim_walk {
  public:
-  shim_walk(shim_cache_results& results, byte_view buffer, const detected_shim& detected,
-            uint32_t slack_length, bool keep_invalid)
-      : data(buffer),
-        layout(layout_facts(detected.layout)),
-        entry_count(detected.entry_count),
-        raw_mode(keep_invalid),
-        offset(layout.header_bytes),
-        m_results(results),
-        m_slack_length(slack_length) {}
+  shim_walk() = default;
+  shim_walk(byte_view buffer, const detected_shim& detected, uint32_t slack_length, bool raw_mode);
 
-  const byte_view data;
-  const shim_layout_row& layout;
-  const uint32_t entry_count;  ///< as the header states it
-  const bool raw_mode;
-  uint64_t offset;  ///< of the step, from the buffer's start; moves on with each step
+  /// Makes the next entry. False: the walk has come to its end.
+  bool next(shim_cache_entry& entry);
+
+  /// Makes the entry again that the walk made at `step`.
+  shim_cache_entry entry_at(const shim_step& step) const;
+
+  // For the steps of the families.
+
+  byte_view data() const { return m_data; }
+  const shim_layout_row& layout() const { return *m_layout; }
+  bool raw_mode() const { return m_raw_mode; }
 
   /// The buffer from the step's place to its end; empty when the walk has come to its end, which
   /// it does at the latest behind 31 bits.
-  byte_view rest() const { return offset >> 31 == 0 ? data.from(offset) : byte_view(); }
+  byte_view rest() const { return m_offset >> 31 == 0 ? m_data.from(m_offset) : byte_view(); }
 
-  /// A fresh entry for the step at `offset`, with the next running number.
-  shim_cache_entry next_entry();
+  uint64_t offset() const { return m_offset; }
+  void move_by(uint64_t bytes) { m_offset += bytes; }
 
-  /// Number of entries that `next_entry` has made.
-  uint32_t running_number() const { return m_running_number; }
+  /// True if the step in hand, counted from 1, is beyond the number of entries in the header.
+  bool is_behind_count() const { return m_running_number > m_entry_count; }
 
-  /// Fills the entry's path from the UTF-16LE text in `text`. False: the paths of the cache are
+  /// True once an entry was valid.
+  bool any_valid() const { return m_any_valid; }
+
+  /// Notes that the entry is valid and where its path lies. False: the paths of the cache are
   /// together longer than any real cache could hold, because they overlap; the walk has to end.
-  bool read_path(shim_cache_entry& entry, byte_view text);
+  bool take_path(shim_cache_entry& entry, byte_view path);
 
-  /// Adds the entry of the step to the results.
-  void store(shim_cache_entry&& entry) { m_results.push_back(std::move(entry)); }
+  /// The four bytes that each entry of a chain begins with.
+  std::string_view signature() const { return {m_signature.data(), m_signature.size()}; }
+
+  /// The lowest place that a path was found at: entries that reach it have run into the paths.
+  int64_t path_limit = 0;
 
  private:
-  shim_cache_results& m_results;
-  uint32_t m_slack_length;
+  byte_view m_data;
+  const shim_layout_row* m_layout = nullptr;
+  uint32_t m_entry_count = 0;  // as the header states it
+  uint32_t m_slack_length = 0;
+  bool m_raw_mode = false;
+  std::array<char, 4> m_signature{};
+
+  uint64_t m_offset = 0;  // of the step, from the buffer's start
   uint32_t m_running_number = 0;
   uint64_t m_path_bytes = 0;
+  bool m_any_valid = false;
 };
 
-/// The walk over the family `slots`.
-void walk_slot_cache(shim_walk& walk);
+/// The step of the family `slots`, from the walk's place on.
+step_outcome step_to_slot(shim_walk& walk, shim_cache_entry& entry);
 
-/// The walk over the family `array`.
-void walk_array_cache(shim_walk& walk);
+/// The step of the family `array`.
+step_outcome step_in_array(shim_walk& walk, shim_cache_entry& entry);
 
-/// The walk over the family `chain`.
-void walk_chain_cache(shim_walk& walk);
+/// The step of the family `chain`.
+step_outcome step_along_chain(shim_walk& walk, shim_cache_entry& entry);
 
 }  // namespace ovrik

@@ -19,18 +19,16 @@ uint64_t whole_length_of(byte_view bytes) {
   return uint64_t{bytes.u32_at(chain_entry::data_size_at)} + chain_entry::bytes_before_data;
 }
 
-/// Steps from entry to entry. All have the signature of the first one.
-class chain_walk {
+/// One step from entry to entry. All entries have the signature of the first one.
+class chain_step {
  public:
-  explicit chain_walk(shim_walk& walk)
+  explicit chain_step(shim_walk& walk)
       : m_walk(walk),
-        m_layout(walk.layout),
-        m_signature(walk.rest().u32_at(chain_entry::signature_at)),
-        m_signature_bytes(walk.rest().clip(chain_entry::signature_at, 4).text()) {}
+        m_layout(walk.layout()),
+        m_signature(walk.data().u32_at(m_layout.header_bytes + chain_entry::signature_at)) {}
 
   /// Reads the entry at the walk's place, or the next one that can be found. False: the walk ends.
-  bool step() {
-    shim_cache_entry entry = m_walk.next_entry();
+  bool take(shim_cache_entry& entry) {
     uint64_t whole_length = whole_length_of(m_walk.rest());
     path_place place = first_form;
     if (!passes(m_walk.rest())) {
@@ -44,8 +42,7 @@ class chain_walk {
     const byte_view bytes = m_walk.rest();
     if (m_layout.must_fit && whole_length > bytes.size()) return false;
     if (!read(bytes, place, entry)) return false;
-    m_walk.store(std::move(entry));
-    m_walk.offset += whole_length;
+    m_walk.move_by(whole_length);
     return true;
   }
 
@@ -58,15 +55,13 @@ class chain_walk {
 
   /// Moves the walk to the next place, its own included, that holds the four signature bytes.
   bool move_to_signature() {
-    const auto hit = m_walk.rest().find(m_signature_bytes, 0);
+    const auto hit = m_walk.rest().find(m_walk.signature(), 0);
     if (!hit) return false;
-    m_walk.offset += *hit;
+    m_walk.move_by(*hit);
     return true;
   }
 
   bool read(byte_view bytes, const path_place& place, shim_cache_entry& entry) {
-    entry.valid = true;
-    entry.layout = m_layout.layout;
     entry.signature = bytes.u32_at(chain_entry::signature_at);
     entry.entry_tag = bytes.u32_at(chain_entry::tag_at);
     const uint32_t path_length = bytes.u16_at(place.length_at);
@@ -75,7 +70,7 @@ class chain_walk {
       const uint32_t behind_path = place.path_at + path_length;
       read_fields(bytes.from(behind_path - (place.path_at - first_form.path_at)), entry);
     }
-    return m_walk.read_path(entry, bytes.clip(place.path_at, path_length));
+    return m_walk.take_path(entry, bytes.clip(place.path_at, path_length));
   }
 
   /// Reads what the layout has behind the path; `bytes` begins where the path of the first form
@@ -89,15 +84,12 @@ class chain_walk {
   shim_walk& m_walk;
   const shim_layout_row& m_layout;
   uint32_t m_signature;
-  std::string m_signature_bytes;
 };
 
 }  // namespace
 
-void walk_chain_cache(shim_walk& walk) {
-  chain_walk steps(walk);
-  while (!walk.rest().empty() && steps.step()) {
-  }
+step_outcome step_along_chain(shim_walk& walk, shim_cache_entry& entry) {
+  return chain_step(walk).take(entry) ? step_outcome::entry : step_outcome::ended;
 }
 
 }  // namespace ovrik

@@ -1,7 +1,8 @@
-// Numbers in texts, and UTF-16 text.
+// Numbers in texts, UTF-16 text, and text that is fit to be shown.
 
 #include <gtest/gtest.h>
 
+#include "base/clean_text.h"
 #include "base/number_text.h"
 #include "base/utf16.h"
 #include "base/wide_text.h"
@@ -87,6 +88,36 @@ TEST(wide_text, bytes_that_are_no_utf8_become_replacements) {
     const std::u16string replaced(bad.size(), u'\uFFFD');
     EXPECT_EQ(widen("a" + bad), u"a" + replaced) << bad;
     EXPECT_EQ(widen(bad + "("), replaced + u"(") << bad;
+  }
+}
+
+TEST(clean_text, has_nothing_that_a_terminal_obeys) {
+  using namespace std::string_literals;
+  const std::pair<std::string, std::string> rows[] = {
+      {"", ""},
+      {"C:\\a b~", "C:\\a b~"},
+      {"App\t1.0\tÄ😀", "App\t1.0\tÄ😀"},
+      {"\0\x01\n\r\x1B[2K\x1F\x7F"s, "␀␁␊␍␛[2K␟␡"},
+      {"\xC2\x80\xC2\x9B\xC2\x9F\xC2\xA0", "���\xC2\xA0"},
+      {"\xE2\x80\xA8\xE2\x80\xAE\xE2\x81\xA6\xE2\x81\xA9\xE2\x80\xAF\xE2\x81\xA5\xE2\x81\xAA",
+       "����\xE2\x80\xAF\xE2\x81\xA5\xE2\x81\xAA"},
+      {"\xE2\x80\x8E\xE2\x80\x8F\xD8\x9C", "\xE2\x80\x8E\xE2\x80\x8F\xD8\x9C"},  // marks
+      {"a\xED\xA0\xBD\xED\xB0\x80z", "a��z"},
+      {"\x9B\xC3(", "��("}};
+  for (const auto& [text, clean] : rows) {
+    EXPECT_EQ(clean_text(text), clean);
+    EXPECT_EQ(clean_text(clean), clean);
+  }
+  EXPECT_EQ(clean_lines("a\n\x1B\n"), "a\n␛\n");
+}
+
+TEST(clean_text, is_cut_between_characters) {
+  const std::string text = "aÄ😀";
+  const size_t sizes[][3] = {{0, 0, 0}, {1, 1, 0}, {2, 1, 0}, {3, 3, 0}, {4, 3, 4},
+                             {5, 3, 4}, {6, 3, 6}, {7, 7, 7}, {9, 7, 7}};
+  for (const auto& [most, first, last] : sizes) {
+    EXPECT_EQ(first_characters(text, most).size(), first) << most;
+    EXPECT_EQ(last_characters(text, most).size(), last) << most;
   }
 }
 

@@ -5,6 +5,7 @@
 #include <sstream>
 
 #include "output/field_row.h"
+#include "output/field_text.h"
 #include "output/fixed_records.h"
 #include "output/line_ends.h"
 #include "support/bytes.h"
@@ -96,6 +97,38 @@ TEST(rows, line_ends_are_named) {
   }
 }
 
+TEST(field_text, stays_one_field) {
+  struct {
+    const char* separator;
+    const char* text;
+    const char* plain;
+    const char* quoted;
+  } const rows[] = {{" | ", "a|b || c", "a;b ;; c", "\"a|b || c\""},
+                    {",", "a\",\"b, c", "a\" \"b  c", "\"a\"\",\"\"b, c\""},
+                    {" ; ", "a;b ", "a b ", "\"a;b \""},
+                    {"::", "a:b::", "a b  ", "\"a:b::\""},
+                    {" ", "a b", "a_b", "\"a b\""},
+                    {"", "a b,", "a b,", "\"a b,\""},
+                    {"\t", "a\tb", "a␉b", "\"a␉b\""},
+                    {",", "a\tb", "a\tb", "\"a\tb\""},
+                    {"[", "a[b\n", "a b LF]", "\"a[b[LF]\""},
+                    {"␍", "a\nb\rc␍", "a[LF]b c ", "\"a[LF]b␍c␍\""},
+                    {"¦", "Ä¦b", "Ä b", "\"Ä¦b\""},
+                    {"|", "\x1B[0m\xC2\x9B|", "␛[0m�;", "\"␛[0m�|\""}};
+  for (const auto& row : rows) {
+    const field_text texts(row.separator);
+    std::string plain = "=";
+    std::string quoted = "=";
+    texts.append(plain, row.text, line_ends_as::names);
+    texts.append_quoted(quoted, row.text, line_ends_as::names);
+    EXPECT_EQ(plain, std::string("=") + row.plain) << row.separator;
+    EXPECT_EQ(quoted, std::string("=") + row.quoted) << row.separator;
+  }
+  std::string line;
+  field_text(",").append(line, "a\r\nb", line_ends_as::pictures);
+  EXPECT_EQ(line, "a␍␊b");
+}
+
 TEST(timeline, equal_times_share_a_row_and_rows_ascend) {
   const std::pair<std::array<uint64_t, time_slots>, std::vector<std::string>> rows[] = {
       {{0, 0, 0, 0}, {}},
@@ -120,7 +153,7 @@ TEST(timeline, equal_times_share_a_row_and_rows_ascend) {
       const size_t type = mark.rfind("| ");
       expected +=
           " 1970-01-01 00:00:" + mark.substr(0, type) + "|  |  " + mark.substr(type) +
-          " |  |  | C:\\a;b,c\r\n | C:\\a;b,c[CRLF] | 2 | C:\\a;b,c\r\n | 0 | C:\\a;b,c[CRLF] | "
+          " |  |  | C:\\a;b,c␍␊ | C:\\a;b,c[CRLF] | 2 | C:\\a;b,c␍␊ | 0 | C:\\a;b,c[CRLF] | "
           " (lorvane) | C:\\a;b,c[CRLF]\n";
     }
     EXPECT_EQ(out.str(), expected);

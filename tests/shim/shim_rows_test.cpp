@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <sstream>
 
 #include "shim/shim_columns.h"
@@ -85,24 +86,39 @@ TEST(shim_rows, slack_entries_are_marked) {
 }
 
 TEST(shim_rows, order_is_by_number_text_or_by_name) {
-  shim_cache_results results;
-  const std::pair<const char*, uint32_t> entries[] = {
-      {"invalid", 2}, {"b", 7}, {"b", 8}, {"c", 99999}, {"a", 100000}};
-  for (const auto& [path, number] : entries) {
-    shim_cache_entry& entry = results.emplace_back();
-    entry.layout = shim_layout::win10;
-    entry.path_raw = path;
-    entry.entry_number = number;
-    entry.valid = number != 2;
+  // Entries of zeros have no rows, and use their numbers up.
+  constexpr uint32_t count = 100'012;
+  const std::map<uint32_t, char16_t> named = {{7, 'b'},      {8, 'B'},      {10000, 'd'},
+                                              {10001, 'e'},  {99999, 'c'},  {100000, 'a'},
+                                              {100009, 'f'}, {100010, 'g'}, {100011, 'h'}};
+  constexpr size_t header = 128;
+  constexpr size_t entry_bytes = 32;
+  bytes cache = cache_builder(6).entry({.path = u"first"}).bytes();
+  const bytes entry = byte_view(cache).clip(header, entry_bytes).copy();
+  const size_t texts = header + entry_bytes * count;
+  cache.resize(texts + 20 * named.size());
+  put_u32(cache, 4, count);
+  put(cache, header, bytes(entry_bytes));
+  size_t text_at = cache.size();
+  for (const auto& [number, letter] : named) {
+    const size_t at = header + entry_bytes * number;
+    text_at -= 2;
+    put(cache, at, entry);
+    put_u32(cache, at, 0x00040002);
+    put_u32(cache, at + 4, static_cast<uint32_t>(text_at));
+    put_number(cache, text_at, 2, letter);
   }
-  const std::pair<bool, const char*> orders[] = {{false, ",,7,b\n,,8,b\n,,100000,a\n,,99999,c\n"},
-                                                 {true, ",,100000,a\n,,7,b\n,,8,b\n,,99999,c\n"}};
+  put(cache, header, entry);
+  put_u32(cache, header, 0x00020000);  // the first one has no path
+  const std::pair<bool, std::string> orders[] = {{false, "bBdafeghc"}, {true, "abBcdefgh"}};
   for (const auto& [by_name, expected] : orders) {
-    const row_settings rows = tight();
-    std::ostringstream out;
-    row_writer writer(out, rows);
-    ASSERT_TRUE(output_shim_cache(writer, {}, results, {.sort_by_name = by_name}, byte_view()));
-    EXPECT_EQ(out.str(), std::string("file mod,time-UTC,entry,Path/file\n") + expected);
+    row_settings rows = tight(row_form::bodyfile);
+    std::string letters;
+    const std::string text = output(cache, rows, {.sort_by_name = by_name});
+    for (size_t at = text.find("; "); at != text.npos; at = text.find("; ", at + 1)) {
+      if (text[at + 2] != '|') letters += text[at + 2];
+    }
+    EXPECT_EQ(letters, expected);
   }
 }
 

@@ -4,6 +4,7 @@
 #include <cstdarg>
 #include <string>
 
+#include "base/clean_text.h"
 #include "base/format_text.h"
 #include "base/text.h"
 #include "sources/host/fileio.h"
@@ -26,10 +27,10 @@ void print_error(const std::string& text) {
 
 size_t show_progress(size_t max_width, std::string_view text) {
   if (text.empty()) return 0;
-  const std::string_view shown = text.substr(0, max_width);
-  std::string line = std::string(erase_line) + "\r    \r" + std::string(shown) + "\r";
-  remove_all(line, '\n');
-  print_error(line);
+  const std::string_view shown = first_characters(text, max_width);
+  std::string words(shown);
+  remove_all(words, '\n');
+  print_error(std::string(erase_line) + "\r    \r" + clean_text(words) + "\r");
   return shown.size();
 }
 
@@ -38,7 +39,7 @@ void clear_progress() { print_error(std::string(erase_line) + '\r' + std::string
 void print_message(const char* format, ...) {
   va_list arguments;
   va_start(arguments, format);
-  print_error(format_text(format, arguments));
+  print_error(clean_lines(format_text(format, arguments)));
   va_end(arguments);
 }
 
@@ -46,7 +47,7 @@ void print_problem(const char* format, ...) {
   clear_progress();
   va_list arguments;
   va_start(arguments, format);
-  std::string message = format_text(format, arguments);
+  std::string message = clean_lines(format_text(format, arguments));
   va_end(arguments);
   if (message.size() > message_buffer) return;
   if (message.size() == message_buffer) {

@@ -1,4 +1,5 @@
-// What goes to standard error: progress in place and messages.
+// What goes to standard error: progress in place and messages. Only `clean_lines` of a text gets
+// there; a name from evidence that may hold a line feed goes through `clean_text` before.
 #pragma once
 
 #include <cstddef>
@@ -6,9 +7,9 @@
 
 namespace ovrik {
 
-/// Shows the first `max_width` bytes of `text`, without line feeds, in place of the line that the
-/// cursor is in, and returns their count. A lone line feed clears the line; an empty text does
-/// nothing.
+/// Shows the characters of `text` that fit into `max_width` bytes, without line feeds, in place of
+/// the line that the cursor is in, and returns the count of their bytes. A lone line feed clears
+/// the line; an empty text does nothing.
 size_t show_progress(size_t max_width, std::string_view text);
 
 /// Wipes the progress line.

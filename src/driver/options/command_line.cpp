@@ -3,6 +3,7 @@
 #include <chrono>
 #include <ratio>
 
+#include "base/clean_text.h"
 #include "base/filetime.h"
 #include "driver/host/collect_host_facts.h"
 #include "driver/options/usage.h"
@@ -60,7 +61,7 @@ bool prepare_command_line(argument_list& args, std::string& header_text) {
   header_text = host_line(args);
   header_text += "\"command line: ";
   if (peek_flag("-pipe", args)) header_text += "<filelist> ... | ";
-  header_text += joined_arguments(args, '\'') + "\"\n";
+  header_text += clean_text(joined_arguments(args, '\'')) + "\"\n";
   return false;
 }
 

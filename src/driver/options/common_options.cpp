@@ -95,7 +95,6 @@ bool quote_fields(option_reading& reading, const std::string& /*value*/) {
     rows.csv_separator = trim(rows.csv_separator);
   }
   rows.pad_columns = false;
-  rows.sub_separators.from = 0;
   return true;
 }
 

@@ -72,6 +72,17 @@ bool is_pipe(const std::string& path) {
          name.substr(share).starts_with("\\pipe\\");
 }
 
+bool names_other_host(std::string_view path) {
+  constexpr std::string_view native_prefix = "\\??\\";
+  const std::string name = with_backslashes(std::string(path));
+  for (const std::string_view prefix : {long_prefix, device_prefix, native_prefix}) {
+    if (!name.starts_with(prefix)) continue;
+    const std::string_view rest = std::string_view(name).substr(prefix.size());
+    return !begins_with_drive(rest) || !is_drive_letter(rest.front());
+  }
+  return name.starts_with(share_prefix);
+}
+
 std::vector<std::string> folders_down_to(std::string_view path) {
   const std::string name = with_backslashes(without_trailing_separators(path));
   std::vector<std::string> folders;

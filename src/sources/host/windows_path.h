@@ -36,6 +36,11 @@ std::string with_backslashes(std::string path);
 /// True for the name of a pipe of this computer or of another one.
 bool is_pipe(const std::string& path);
 
+/// True if opening `path`, whichever separators it has, may reach for another computer: a share
+/// ("\\\\host\\share", also behind a long prefix) or any device but a drive. Where evidence names a
+/// file, such a name is not opened.
+bool names_other_host(std::string_view path);
+
 /// The folders that lead to `path`, from the top down, and `path` itself as the last one.
 /// Separators at its end do not count.
 std::vector<std::string> folders_down_to(std::string_view path);

@@ -60,6 +60,19 @@ TEST(windows_path, pipes_and_streams) {
   EXPECT_EQ(windows_path::stream_suffix(":a:$OTHER"), ":a:$OTHER");
 }
 
+TEST(windows_path, names_that_lead_away_from_this_computer) {
+  for (const char* other :
+       {"\\\\host\\share\\a", "//host/share/a", "\\/host/a", "\\\\?\\UNC\\host\\share",
+        "\\\\.\\UNC\\host", "//?/unc/host/a", "\\??\\UNC\\host\\a",
+        "\\\\?\\GLOBALROOT\\Device\\Mup\\host", "\\\\.\\pipe\\a"}) {
+    EXPECT_TRUE(windows_path::names_other_host(other)) << other;
+  }
+  for (const char* here : {"", "a", "\\a\\b", "C:\\a", "C:\\\\host\\a", "..\\a", "a//b",
+                           "\\\\?\\C:\\a", "//./d:/a", "\\??\\C:\\a"}) {
+    EXPECT_FALSE(windows_path::names_other_host(here)) << here;
+  }
+}
+
 TEST(windows_path, folders_from_the_top_down) {
   const std::pair<std::string, paths> rows[] = {
       {"a", {"a"}},
