@@ -2,7 +2,6 @@
 // both the other records and the clusters that these name.
 
 #include <cstring>
-#include <set>
 
 #include "../tests/support/memory_disk.h"
 #include "sources/ntfs/ntfs_directory.h"
@@ -39,11 +38,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (!volume.mount()) std::abort();
   ovrik::diagnostics_log log;
   for (uint64_t entry = 1; entry < 5; ++entry) {
-    std::set<uint64_t> children;
-    list_dir_entries(volume, entry, children);
+    ovrik::directory_index index;
+    list_dir_entries(volume, entry, "a", index);
     ovrik::ntfs_record_bytes bytes;
     if (!volume.read_mft_record(entry, bytes)) continue;
-    list_record_names(volume, entry, ovrik::byte_view(bytes));
+    visit_record_names(volume, entry, ovrik::byte_view(bytes), [](const ovrik::ntfs_name&) {});
     uni::memory_block content;
     read_file_by_inode(volume, entry, content, log);
   }

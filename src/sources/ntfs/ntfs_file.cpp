@@ -36,7 +36,7 @@ struct data_stream {
 };
 
 /// Adds a piece of the stream. The sizes come from the piece that lies first in the file.
-void add_piece(data_stream& stream, const ntfs_attribute& attribute) {
+void add_piece(data_stream& stream, const ntfs_attribute& attribute, size_t most_extents) {
   if (attribute.type() != ntfs_type::data || !attribute.name().empty()) return;
   if (!attribute.non_resident()) {
     if (!stream.found) stream.resident_bytes = attribute.content().copy();
@@ -53,7 +53,7 @@ void add_piece(data_stream& stream, const ntfs_attribute& attribute) {
   }
   stream.found = true;
   stream.non_resident = true;
-  decode_run_list(stream.extents, attribute.runs(), attribute.first_vcn());
+  decode_run_list(stream.extents, attribute.runs(), attribute.first_vcn(), most_extents);
 }
 
 unsigned long long printable(uint64_t value) { return value; }
@@ -72,11 +72,12 @@ bool find_data(ntfs_volume& volume, uint64_t inode, data_stream& stream, diagnos
     return false;
   }
   for (const ntfs_attribute& attribute : attributes_of(byte_view(record))) {
-    add_piece(stream, attribute);
+    add_piece(stream, attribute, volume.most_extents());
   }
-  visit_foreign_attributes(volume, byte_view(record), inode, list_trust::same_sequence, &log,
-                           [&stream](byte_view /*holder*/, const ntfs_attribute& attribute) {
-                             add_piece(stream, attribute);
+  visit_foreign_attributes(volume, byte_view(record), inode,
+                           {list_trust::same_sequence, {ntfs_type::data}}, &log,
+                           [&](byte_view /*holder*/, const ntfs_attribute& attribute) {
+                             add_piece(stream, attribute, volume.most_extents());
                            });
   place_pieces(stream.extents, stream.allocated_size / volume.bytes_per_cluster());
   return stream.found;
