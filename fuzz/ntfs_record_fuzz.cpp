@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "../tests/support/memory_disk.h"
+#include "sources/ntfs/ntfs_data.h"
 #include "sources/ntfs/ntfs_directory.h"
 #include "sources/ntfs/ntfs_file.h"
 
@@ -34,7 +35,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   disk.insert(disk.begin() + 2 * record_bytes, data, data + size);
   disk.resize(65 * record_bytes);
 
-  ovrik::ntfs_volume volume(std::make_unique<test_support::memory_disk>(disk), 0);
+  const auto mounted =
+      std::make_shared<ovrik::ntfs_volume>(std::make_unique<test_support::memory_disk>(disk), 0);
+  ovrik::ntfs_volume& volume = *mounted;
   if (!volume.mount()) std::abort();
   ovrik::diagnostics_log log;
   for (uint64_t entry = 1; entry < 5; ++entry) {
@@ -43,8 +46,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     ovrik::ntfs_record_bytes bytes;
     if (!volume.read_mft_record(entry, bytes)) continue;
     visit_record_names(volume, entry, ovrik::byte_view(bytes), [](const ovrik::ntfs_name&) {});
+    const auto data = open_file_data(mounted, entry, log);
     uni::memory_block content;
-    read_file_by_inode(volume, entry, content, log);
+    if (data != nullptr) read_whole_data(*data, content);
   }
   return 0;
 }

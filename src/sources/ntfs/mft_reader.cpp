@@ -176,6 +176,22 @@ uint64_t mft_reader::read_clusters(uint64_t lcn, uint8_t* buffer, uint64_t size)
   return done;
 }
 
+uint64_t mft_reader::read_bytes(uint64_t offset, uint8_t* buffer, uint64_t size) {
+  constexpr uint64_t sector_bytes = 512;
+  if (read_at(offset, buffer, size)) return size;
+  if (offset > ~m_volume_offset) return 0;
+  const uint64_t start = m_volume_offset + offset;
+  for (uint64_t done = 0; done < size;) {
+    const uint64_t place = start + done;
+    const uint64_t wanted = std::min(sector_bytes - place % sector_bytes, size - done);
+    auto came = static_cast<uint32_t>(wanted);
+    if (!m_disk->read(buffer + done, came, place)) return done;
+    done += came;
+    if (came != wanted) return done;
+  }
+  return size;
+}
+
 bool mft_reader::read_at(uint64_t offset, uint8_t* buffer, uint64_t size) {
   constexpr uint64_t largest_read = 0x40000000;
   if (offset > ~m_volume_offset) return false;

@@ -57,6 +57,10 @@ class mft_reader {
   /// cluster that cannot be read.
   uint64_t read_clusters(uint64_t lcn, uint8_t* buffer, uint64_t size);
 
+  /// Reads `size` bytes from `offset` of the volume. Returns how many came from the start on,
+  /// before the first sector that cannot be read.
+  uint64_t read_bytes(uint64_t offset, uint8_t* buffer, uint64_t size);
+
  protected:
   mft_reader(std::unique_ptr<RAW_DISK_IO> disk, uint64_t volume_offset)
       : m_disk(std::move(disk)), m_volume_offset(volume_offset) {}
