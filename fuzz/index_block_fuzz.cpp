@@ -2,7 +2,6 @@
 // is its root.
 
 #include <cstring>
-#include <set>
 
 #include "../tests/support/memory_disk.h"
 #include "sources/ntfs/ntfs_directory.h"
@@ -50,9 +49,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   ovrik::ntfs_volume volume(std::make_unique<test_support::memory_disk>(disk), 0);
   if (!volume.mount()) std::abort();
   for (const uint64_t directory : {uint64_t{1}, uint64_t{2}}) {
-    std::set<uint64_t> children;
-    if (!list_dir_entries(volume, directory, children)) std::abort();
-    if (children.size() > size / 8 + 1) std::abort();
+    ovrik::directory_index index;
+    if (!list_dir_entries(volume, directory, "system", index)) std::abort();
+    if (index.children.size() > size / 8 + 1) std::abort();
+    if (index.named.size() > index.children.size()) std::abort();
   }
   return 0;
 }

@@ -12,5 +12,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   std::vector<uint8_t> out(3, 0x5A);
   decompress_unit(out, input.from(4), wanted);
   if (out.size() < 3 || out.size() - 3 > wanted || out[2] != 0x5A) std::abort();
+  out.clear();
+  decompress_chunks(out, input.from(4), wanted);
+  if (out.size() > wanted) std::abort();
   return 0;
 }

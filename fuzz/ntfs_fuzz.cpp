@@ -2,18 +2,20 @@
 // hive is asked for.
 
 #include "../tests/support/memory_disk.h"
+#include "sources/ntfs/ntfs_data.h"
 #include "sources/ntfs/ntfs_file.h"
 #include "sources/ntfs/ntfs_path.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (size > 0x40000) return 0;
-  ovrik::ntfs_volume volume(
+  const auto volume = std::make_shared<ovrik::ntfs_volume>(
       std::make_unique<test_support::memory_disk>(std::vector<uint8_t>(data, data + size)), 0);
-  if (!volume.mount()) return 0;
+  if (!volume->mount()) return 0;
   ovrik::diagnostics_log log;
   uint64_t inode = 0;
-  lookup_path(volume, "\\windows\\system32\\config\\system", inode, log);
+  lookup_path(*volume, "\\windows\\system32\\config\\system", inode, log);
+  const auto data = open_file_data(volume, inode, log);
   uni::memory_block bytes;
-  read_file_by_inode(volume, inode, bytes, log);
+  if (data != nullptr) read_whole_data(*data, bytes);
   return 0;
 }

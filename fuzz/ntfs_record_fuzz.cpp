@@ -2,9 +2,9 @@
 // both the other records and the clusters that these name.
 
 #include <cstring>
-#include <set>
 
 #include "../tests/support/memory_disk.h"
+#include "sources/ntfs/ntfs_data.h"
 #include "sources/ntfs/ntfs_directory.h"
 #include "sources/ntfs/ntfs_file.h"
 
@@ -35,17 +35,20 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   disk.insert(disk.begin() + 2 * record_bytes, data, data + size);
   disk.resize(65 * record_bytes);
 
-  ovrik::ntfs_volume volume(std::make_unique<test_support::memory_disk>(disk), 0);
+  const auto mounted =
+      std::make_shared<ovrik::ntfs_volume>(std::make_unique<test_support::memory_disk>(disk), 0);
+  ovrik::ntfs_volume& volume = *mounted;
   if (!volume.mount()) std::abort();
   ovrik::diagnostics_log log;
   for (uint64_t entry = 1; entry < 5; ++entry) {
-    std::set<uint64_t> children;
-    list_dir_entries(volume, entry, children);
+    ovrik::directory_index index;
+    list_dir_entries(volume, entry, "a", index);
     ovrik::ntfs_record_bytes bytes;
     if (!volume.read_mft_record(entry, bytes)) continue;
-    list_record_names(volume, entry, ovrik::byte_view(bytes));
+    visit_record_names(volume, entry, ovrik::byte_view(bytes), [](const ovrik::ntfs_name&) {});
+    const auto data = open_file_data(mounted, entry, log);
     uni::memory_block content;
-    read_file_by_inode(volume, entry, content, log);
+    if (data != nullptr) read_whole_data(*data, content);
   }
   return 0;
 }

@@ -9,9 +9,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const ovrik::byte_view input(data, size);
   const uint64_t first_vcn = input.u64_at(0);
   ovrik::cluster_extents extents;
-  decode_run_list(extents, input.from(8), first_vcn);
-  decode_run_list(extents, input.from(8 + size / 2), 0);
-  if (extents.size() > size) std::abort();
+  decode_run_list(extents, input.from(8), first_vcn, size / 4);
+  decode_run_list(extents, input.from(8 + size / 2), 0, size / 2);
+  if (extents.size() > size / 2) std::abort();
   place_pieces(extents, size);
   uint64_t vcn = 0;
   for (const ovrik::cluster_extent& extent : extents) {

@@ -15,8 +15,8 @@ int32_t run_vmdk_road(opened_source& source, const hive_output& output) {
     print_problem("Problem opening %s\n", default_hive_path);
     print_message("%s", container_advice(source.kind).c_str());
   };
-  ntfs_volume volume(std::move(source.disk), source.volume_offset);
-  if (!volume.mount()) {
+  const auto volume = std::make_shared<ntfs_volume>(std::move(source.disk), source.volume_offset);
+  if (!volume->mount()) {
     nothing_opened();
     return -1;
   }

@@ -9,16 +9,14 @@
 
 namespace ovrik {
 
-std::unique_ptr<reg_hive> read_volume_hive(ntfs_volume& volume, const std::string& inner_path,
-                                           diagnostics_log& log) {
+std::unique_ptr<reg_hive> read_volume_hive(std::shared_ptr<ntfs_volume> volume,
+                                           const std::string& inner_path, diagnostics_log& log) {
   uint64_t inode = 0;
-  uni::memory_block bytes;
-  if (!lookup_path(volume, inner_path, inode, log) ||
-      !read_file_by_inode(volume, inode, bytes, log)) {
-    return nullptr;
-  }
+  if (!lookup_path(*volume, inner_path, inode, log)) return nullptr;
+  auto data = open_file_data(std::move(volume), inode, log);
+  if (data == nullptr) return nullptr;
   bool ok = false;
-  auto hive = std::make_unique<reg_hive>(std::move(bytes), ok);
+  auto hive = std::make_unique<reg_hive>(std::move(data), ok);
   if (!ok) return nullptr;
   return hive;
 }
@@ -26,9 +24,9 @@ std::unique_ptr<reg_hive> read_volume_hive(ntfs_volume& volume, const std::strin
 std::unique_ptr<reg_hive> open_volume_hive(std::unique_ptr<RAW_DISK_IO> disk,
                                            const volume_place& place) {
   if (disk == nullptr) return nullptr;
-  ntfs_volume volume(std::move(disk), place.volume_offset);
-  if (!volume.mount()) return nullptr;
-  return read_volume_hive(volume, place.inner_path, place.log);
+  auto volume = std::make_shared<ntfs_volume>(std::move(disk), place.volume_offset);
+  if (!volume->mount()) return nullptr;
+  return read_volume_hive(std::move(volume), place.inner_path, place.log);
 }
 
 std::unique_ptr<reg_hive> open_image_hive(const std::string& image,

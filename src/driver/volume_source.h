@@ -28,9 +28,9 @@ struct volume_place {
 // Nothing, in each of the following: the source does not open, its volume does not mount or has no
 // such file, or the file is no hive.
 
-/// Reads the hive at `inner_path` of a mounted volume.
-std::unique_ptr<reg_hive> read_volume_hive(ntfs_volume& volume, const std::string& inner_path,
-                                           diagnostics_log& log);
+/// Reads the hive at `inner_path` of a mounted volume, whose bytes come when they are asked for.
+std::unique_ptr<reg_hive> read_volume_hive(std::shared_ptr<ntfs_volume> volume,
+                                           const std::string& inner_path, diagnostics_log& log);
 
 /// Reads the hive of an NTFS volume in `disk`, which may be nothing.
 std::unique_ptr<reg_hive> open_volume_hive(std::unique_ptr<RAW_DISK_IO> disk,

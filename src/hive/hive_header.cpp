@@ -37,10 +37,16 @@ bool find_first_bin(byte_view bytes, size_t stride, size_t& place) {
   return false;
 }
 
+bool has_base_block(byte_view bytes) { return bytes.text_at(0, "regf"); }
+
+bool has_usual_bin(byte_view bytes) {
+  return bytes.text_at(usual_first_bin_at, bin_signature) ||
+         bytes.text_at(second_bin_probe_at, bin_signature);
+}
+
 /// Sets `hive_base`. False: there is no sign of a bin.
 bool find_hive_base(byte_view bytes) {
-  if (bytes.text_at(usual_first_bin_at, bin_signature) ||
-      bytes.text_at(second_bin_probe_at, bin_signature)) {
+  if (has_usual_bin(bytes)) {
     hive_base = usual_first_bin_at;
     return true;
   }
@@ -71,9 +77,11 @@ std::string last_component_of(byte_view field) {
 
 }  // namespace
 
+bool needs_bin_search(byte_view start) { return has_base_block(start) && !has_usual_bin(start); }
+
 bool check_hive_header(byte_view bytes, uint64_t hive_size, uint32_t& root_offset,
                        std::string& name) {
-  if (!is_size_of_hive(bytes.size()) || !is_size_of_hive(hive_size) || !bytes.text_at(0, "regf") ||
+  if (!is_size_of_hive(bytes.size()) || !is_size_of_hive(hive_size) || !has_base_block(bytes) ||
       !find_hive_base(bytes)) {
     return false;
   }

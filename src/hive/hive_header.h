@@ -16,6 +16,10 @@ extern uint32_t hive_base;
 /// The least size in bytes of anything that can be a hive.
 constexpr uint32_t least_hive_bytes = 4496;
 
+/// True if `start`, the first part of a hive, has a base block but no bin in the usual place, so
+/// that the first bin has to be searched for.
+bool needs_bin_search(byte_view start);
+
 /// Checks the base block in `bytes`, the first part of a hive of `hive_size` bytes, sets
 /// `hive_base` and tells the absolute position of the root cell and the hive's name: the last
 /// component of the file name in the base block, which may be empty. Neither the checksum nor the

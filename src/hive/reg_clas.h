@@ -15,8 +15,8 @@
 #include <vector>
 
 #include "base/byte_view.h"
+#include "sources/host/byte_source.h"
 #include "sources/host/fileio.h"
-#include "sources/host/memory_block.h"
 
 namespace ovrik {
 
@@ -27,9 +27,9 @@ class reg_hive {
   /// memory for it; every operation on the hive then fails.
   reg_hive(const std::string& path, bool& ok);
 
-  /// Takes the bytes of a whole hive, of any size up to 2 GiB - 1; its first bin may then stand
-  /// anywhere. `ok` false: fewer than 4,496 bytes, no base block or no bin.
-  reg_hive(uni::memory_block&& bytes, bool& ok);
+  /// Takes the hive that `source` holds, of any size up to 2 GiB - 1; its first bin may then stand
+  /// anywhere. `ok` false: fewer than 4,496 bytes, no base block, no bin or no memory for it.
+  reg_hive(std::unique_ptr<byte_source> source, bool& ok);
 
   bool usable() const { return m_usable; }
 
@@ -54,12 +54,14 @@ class reg_hive {
  private:
   /// Checks the base block; `searched` is where the first bin may stand.
   bool check(byte_view searched);
+  bool make_room(uint64_t size);
   void load_blocks(size_t begin, size_t end) const;
+  size_t read_source(uint8_t* buffer, size_t size, uint64_t offset) const;
 
   uni::fileio m_file;
+  std::unique_ptr<byte_source> m_source;  ///< of a hive that is no file
   uint32_t m_filesize = 0;
-  std::unique_ptr<uint8_t[]> m_image;  ///< of a hive file
-  uni::memory_block m_whole;           ///< of a hive that came as bytes
+  std::unique_ptr<uint8_t[]> m_image;
   bool m_usable = false;
   mutable std::vector<bool> m_loaded;  ///< which blocks of the image have come
   uint32_t m_root_offset = 0;

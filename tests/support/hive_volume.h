@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "sources/ntfs/ntfs_data.h"
 #include "sources/ntfs/ntfs_file.h"
 #include "sources/ntfs/ntfs_path.h"
 #include "sources/ntfs/ntfs_volume.h"
@@ -19,13 +20,15 @@ namespace test_support {
 /// What the path leads to: the file's bytes as text, or why there are none.
 inline std::string content_of(const ntfs_builder& built, std::set<uint64_t> bad = {},
                               const std::string& path = "\\windows\\system32\\config\\system") {
-  ovrik::ntfs_volume volume(std::make_unique<memory_disk>(built.volume, std::move(bad)), 0);
-  if (!volume.mount()) return "not mounted";
+  const auto volume = std::make_shared<ovrik::ntfs_volume>(
+      std::make_unique<memory_disk>(built.volume, std::move(bad)), 0);
+  if (!volume->mount()) return "not mounted";
   ovrik::diagnostics_log log;
   uint64_t inode = 0;
-  if (!lookup_path(volume, path, inode, log)) return "not found";
+  if (!lookup_path(*volume, path, inode, log)) return "not found";
+  const auto data = open_file_data(volume, inode, log);
   uni::memory_block file;
-  if (!read_file_by_inode(volume, inode, file, log)) return "not read";
+  if (data == nullptr || !read_whole_data(*data, file)) return "not read";
   return std::string(reinterpret_cast<const char*>(file.data()), file.size());
 }
 

@@ -71,10 +71,12 @@ void append(std::vector<uint8_t>& out, byte_view bytes, uint64_t wanted) {
   out.insert(out.end(), piece.begin(), piece.end());
 }
 
-}  // namespace
+/// What becomes of a chunk that the end of the bytes cuts.
+enum class cut_chunk { taken, left_out };
 
-bool decompress_unit(std::vector<uint8_t>& out, byte_view unit, uint64_t wanted) {
-  const size_t begin = out.size();
+/// Appends at most `wanted` bytes of the chunks. False: one of them is not valid; what came in
+/// front of it stands.
+bool append_chunks(std::vector<uint8_t>& out, byte_view unit, uint64_t wanted, cut_chunk cut) {
   std::vector<uint8_t> area(chunk_bytes);
   for (uint64_t at = 0; wanted != 0 && unit.has(at, chunk_header_bytes);) {
     const uint16_t header = unit.u16_at(at);
@@ -85,21 +87,34 @@ bool decompress_unit(std::vector<uint8_t>& out, byte_view unit, uint64_t wanted)
       at = (at / chunk_bytes + 1) * chunk_bytes;  // padding
       continue;
     }
+    if (body.size() != length && cut == cut_chunk::left_out) return true;
     if (length < shortest_kept_area) std::fill(area.begin(), area.end(), uint8_t{0});
     if ((header & compressed_bit) != 0 && decode_chunk(area, body)) {
       append(out, byte_view(area), piece);
     } else if ((header & raw_chunk_mask) == chunk_length_mask) {
       append(out, body, piece);
     } else {
-      out.resize(begin);
-      if (ends_in_zeros(unit)) return false;
-      append(out, unit, wanted);
-      return true;
+      return false;
     }
     wanted -= piece;
     at += chunk_header_bytes + length;
   }
-  return out.size() != begin;
+  return true;
+}
+
+}  // namespace
+
+bool decompress_unit(std::vector<uint8_t>& out, byte_view unit, uint64_t wanted) {
+  const size_t begin = out.size();
+  if (append_chunks(out, unit, wanted, cut_chunk::taken)) return out.size() != begin;
+  out.resize(begin);
+  if (ends_in_zeros(unit)) return false;
+  append(out, unit, wanted);
+  return true;
+}
+
+void decompress_chunks(std::vector<uint8_t>& out, byte_view start, uint64_t wanted) {
+  append_chunks(out, start, wanted, cut_chunk::left_out);
 }
 
 }  // namespace ovrik

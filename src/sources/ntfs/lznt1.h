@@ -13,4 +13,8 @@ namespace ovrik {
 /// 4096 bytes are zeros. False: nothing usable is in it; `out` is then as it was.
 bool decompress_unit(std::vector<uint8_t>& out, byte_view unit, uint64_t wanted);
 
+/// Appends at most `wanted` bytes of the chunks that lie wholly in `start`, the first part of a
+/// unit whose rest is lost, up to the first that is not valid.
+void decompress_chunks(std::vector<uint8_t>& out, byte_view start, uint64_t wanted);
+
 }  // namespace ovrik

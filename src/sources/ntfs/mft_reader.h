@@ -1,7 +1,9 @@
 // The clusters and the MFT records of an NTFS volume.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -33,14 +35,31 @@ class mft_reader {
     return apply_fixups(block, m_bytes_per_sector);
   }
 
+  // What a volume claims is no more than what its disk can hold. Each bound leaves room for a disk
+  // that was cut, which holds less than what stands in its records.
+
+  /// The extents that one attribute, or the MFT, can have.
+  size_t most_extents() const;
+
+  /// The entries that one directory can have.
+  size_t most_children() const;
+
   /// Counts a step from a record to another that it names. False: there were more of them than four
   /// for each record that the disk can hold, so that the lists must name the same over and over.
   bool follow_reference();
+
+  /// Counts `bytes` of an attribute list that stands in clusters. False: there were more than twice
+  /// as many as the disk stores, so that records must share their lists.
+  bool take_list_bytes(uint64_t bytes);
 
   /// Reads clusters that lie side by side: as many whole clusters from `lcn` on as `size` bytes
   /// hold. Returns how many bytes came from the start on, in whole clusters, before the first
   /// cluster that cannot be read.
   uint64_t read_clusters(uint64_t lcn, uint8_t* buffer, uint64_t size);
+
+  /// Reads `size` bytes from `offset` of the volume. Returns how many came from the start on,
+  /// before the first sector that cannot be read.
+  uint64_t read_bytes(uint64_t offset, uint8_t* buffer, uint64_t size);
 
  protected:
   mft_reader(std::unique_ptr<RAW_DISK_IO> disk, uint64_t volume_offset)
@@ -57,8 +76,12 @@ class mft_reader {
   /// Sets the size of every other record, which must be one that `is_record_size` takes.
   void set_record_bytes(uint32_t bytes);
 
-  /// Where the MFT lies. Records in what is known so far can be read.
-  cluster_extents& mft_extents() { return m_mft_extents; }
+  /// Adds a piece of the MFT, whose records can be read from then on: where pieces overlap, from
+  /// one of them.
+  void add_mft_piece(byte_view runs, uint64_t first_vcn);
+
+  /// Puts the pieces into their places among the `clusters` of the MFT. False: there are none.
+  bool place_mft(uint64_t clusters);
 
  private:
   /// Reads from `offset` of the volume. False: not all `size` bytes came.
@@ -71,6 +94,7 @@ class mft_reader {
   struct read_ahead {
     uint64_t first_entry = 0;
     uint64_t last_asked = 0;
+    uint64_t failed_until = 0;  ///< no entry below is read ahead, since that has failed
     std::vector<uint8_t> bytes;
 
     bool holds(uint64_t entry, uint32_t record_bytes) const {
@@ -82,12 +106,14 @@ class mft_reader {
   uint64_t m_volume_offset;  ///< in bytes
   uint32_t m_bytes_per_sector = 0;
   uint32_t m_bytes_per_cluster = 0;
-  uint64_t m_mft_offset = 0;          ///< of record 0, from the volume's start, in bytes
-  uint32_t m_first_record_bytes = 0;  ///< of record 0
-  uint32_t m_record_bytes = 0;        ///< of every other record
-  cluster_extents m_mft_extents;
+  uint64_t m_mft_offset = 0;                     ///< of record 0, from the volume's start, in bytes
+  uint32_t m_first_record_bytes = 0;             ///< of record 0
+  uint32_t m_record_bytes = 0;                   ///< of every other record
+  cluster_extents m_mft_pieces;                  ///< as they came, while the volume is mounted
+  std::map<uint64_t, cluster_extent> m_mft_map;  ///< by VCN
   read_ahead m_ahead;
   uint64_t m_references_left = 0;
+  uint64_t m_list_bytes_left = 0;
 };
 
 }  // namespace ovrik

@@ -12,13 +12,14 @@ std::vector<uint8_t> list_bytes(mft_reader& volume, const ntfs_attribute& list) 
   constexpr uint64_t largest_list = 0x40000;  // bytes
   if (!list.non_resident()) return list.content().copy();
   cluster_extents extents;
-  decode_run_list(extents, list.runs(), list.first_vcn());
+  decode_run_list(extents, list.runs(), list.first_vcn(), volume.most_extents());
   const uint64_t size = std::min(list.real_size(), largest_list);
   std::vector<uint8_t> bytes;
   for (const cluster_extent& extent : extents) {
     if (bytes.size() >= size) break;
     const uint64_t clusters = (size - bytes.size()) / volume.bytes_per_cluster() + 1;
     const uint64_t wanted = std::min(clusters, extent.clusters) * volume.bytes_per_cluster();
+    if (!volume.take_list_bytes(wanted)) break;
     const size_t begin = bytes.size();
     bytes.resize(begin + static_cast<size_t>(wanted));
     if (!extent.sparse) volume.read_clusters(extent.lcn, bytes.data() + begin, wanted);
@@ -30,7 +31,7 @@ std::vector<uint8_t> list_bytes(mft_reader& volume, const ntfs_attribute& list) 
 }  // namespace
 
 void visit_foreign_attributes(mft_reader& volume, byte_view record, uint64_t entry,
-                              list_trust trust, diagnostics_log* log,
+                              const list_request& wanted, diagnostics_log* log,
                               const attribute_visitor& visit) {
   std::vector<uint8_t> list;
   for (const ntfs_attribute& attribute : attributes_of(record)) {
@@ -39,16 +40,17 @@ void visit_foreign_attributes(mft_reader& volume, byte_view record, uint64_t ent
   ntfs_record_bytes bytes;
   for (const attribute_list_entry& listed : attribute_list_entries(byte_view(list))) {
     if (listed.entry == entry) continue;
-    if (!volume.follow_reference()) return;
     if (log != nullptr) {
       diag_printf(*log, "->primary entry %llu pointing to ref entry %llu",
                   static_cast<unsigned long long>(entry),
                   static_cast<unsigned long long>(listed.entry));
     }
+    if (std::count(wanted.types.begin(), wanted.types.end(), listed.type) == 0) continue;
+    if (!volume.follow_reference()) return;
     if (!volume.read_mft_record(listed.entry, bytes)) continue;
     const byte_view holder(bytes);
     const bool trusted =
-        trust == list_trust::any_record || record_sequence(holder) == listed.sequence;
+        wanted.trust == list_trust::any_record || record_sequence(holder) == listed.sequence;
     if (!has_file_mark(holder) || !trusted) continue;
     for (const ntfs_attribute& attribute : attributes_of(holder)) {
       if (attribute.type() != listed.type || attribute.id() != listed.id) continue;

@@ -2,18 +2,19 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 
 #include "base/diagnostics_log.h"
-#include "sources/host/memory_block.h"
+#include "sources/host/byte_source.h"
 #include "sources/ntfs/ntfs_volume.h"
 
 namespace ovrik {
 
-/// Fills the empty `bytes` with the unnamed data of MFT entry `inode`. Holes of a file that is not
-/// compressed are left out, so that it comes out shorter; what lies behind the first cluster that
-/// cannot be read is left out as well. False: there is no such data, or none of it can be read at
-/// all.
-bool read_file_by_inode(ntfs_volume& volume, uint64_t inode, uni::memory_block& bytes,
-                        diagnostics_log& log);
+/// Opens the unnamed data of MFT entry `inode`, whose bytes come from the volume when they are
+/// asked for. Holes of a file that is not compressed are left out, so that it comes out shorter;
+/// pieces that are lost are zeros. Clusters that cannot be read and units of compression that make
+/// no sense fail when they are asked for, each by itself. Nothing: there is no such data.
+std::unique_ptr<byte_source> open_file_data(std::shared_ptr<ntfs_volume> volume, uint64_t inode,
+                                            diagnostics_log& log);
 
 }  // namespace ovrik

@@ -1,5 +1,6 @@
 #include "sources/ntfs/ntfs_path.h"
 
+#include <algorithm>
 #include <set>
 #include <vector>
 
@@ -30,51 +31,77 @@ std::string comparable(const std::string& segment) {
 /// How well a child fits a name that is looked for; the higher the better, 0 for not at all. A name
 /// in the directory itself beats one that the child bears elsewhere, and a record in use beats one
 /// that is not.
-int fitness(byte_view record, const std::vector<ntfs_name>& names, const std::string& wanted,
-            uint64_t directory) {
+constexpr int fits_best = 4;
+
+int fitness(bool in_use, bool in_directory) {
+  return 1 + (in_use ? 1 : 0) + (in_directory ? 2 : 0);
+}
+
+/// What the record of a child says.
+struct child_answer {
+  bool readable = false;
+  bool any_name = false;
+  int fits = 0;
+};
+
+child_answer ask_child(ntfs_volume& volume, uint64_t child, const std::string& wanted,
+                       uint64_t directory) {
+  child_answer answer;
+  ntfs_record_bytes record;
+  answer.readable = volume.read_mft_record(child, record);
+  if (!answer.readable) return answer;
+  const bool in_use = record_in_use(byte_view(record));
+  visit_record_names(volume, child, byte_view(record), [&](const ntfs_name& name) {
+    answer.any_name = true;
+    if (lower_ascii(name.name) != wanted) return;
+    answer.fits = std::max(answer.fits, fitness(in_use, name.parent == directory));
+  });
+  return answer;
+}
+
+/// Finds the child whose own record says that it bears the name, asking all of them. False: none
+/// does.
+bool find_among_all(ntfs_volume& volume, const std::set<uint64_t>& children, uint64_t directory,
+                    const std::string& wanted, uint64_t& found, diagnostics_log& log) {
   int best = 0;
-  for (const ntfs_name& name : names) {
-    if (lower_ascii(name.name) != wanted) continue;
-    const int fits = 1 + (record_in_use(record) ? 1 : 0) + (name.parent == directory ? 2 : 0);
-    if (fits > best) best = fits;
+  bool any_name = false;
+  for (const uint64_t child : children) {
+    if (child == directory) continue;
+    const child_answer answer = ask_child(volume, child, wanted, directory);
+    if (!answer.readable) diag_printf(log, "->err: readFR: inode 0x%llx", printable(child));
+    if (answer.readable && !answer.any_name) {
+      diag_printf(log, "->err: namelookup: inode 0x%llx", printable(child));
+    }
+    any_name = any_name || answer.any_name;
+    if (answer.fits > best) {
+      best = answer.fits;
+      found = child;
+    }
   }
-  return best;
+  if (best == 0) diag_printf(log, "->err: no child %s", any_name ? "nodes" : "names");
+  return best != 0;
 }
 
 /// Finds the child of `directory` that bears the name `wanted`. False: there is none.
 bool find_child(ntfs_volume& volume, uint64_t directory, const std::string& wanted, uint64_t& found,
                 diagnostics_log& log) {
   diag_printf(log, "->info: get children nodes");
-  std::set<uint64_t> children;
-  if (!list_dir_entries(volume, directory, children) || children.empty()) {
+  directory_index index;
+  if (!list_dir_entries(volume, directory, wanted, index) || index.children.empty()) {
     diag_printf(log, "->info: none found");
     return false;
   }
-  diag_printf(log, "->info: # children [%zu]", children.size());
+  diag_printf(log, "->info: # children [%zu]", index.children.size());
   diag_printf(log, "->info: get children names");
-  int best = 0;
-  bool any_name = false;
-  ntfs_record_bytes record;
-  for (const uint64_t child : children) {
-    if (child == directory) continue;
-    if (!volume.read_mft_record(child, record)) {
-      diag_printf(log, "->err: readFR: inode 0x%llx", printable(child));
+  // The index knows the name; the record of the child decides.
+  for (const uint64_t child : index.named) {
+    if (child == directory || ask_child(volume, child, wanted, directory).fits != fits_best) {
       continue;
     }
-    const byte_view view(record);
-    const std::vector<ntfs_name> names = list_record_names(volume, child, view);
-    if (names.empty()) {
-      diag_printf(log, "->err: namelookup: inode 0x%llx", printable(child));
-      continue;
-    }
-    any_name = true;
-    if (const int fits = fitness(view, names, wanted, directory); fits > best) {
-      best = fits;
-      found = child;
-    }
+    found = child;
+    return true;
   }
-  if (best == 0) diag_printf(log, "->err: no child %s", any_name ? "nodes" : "names");
-  return best != 0;
+  return find_among_all(volume, index.children, directory, wanted, found, log);
 }
 
 }  // namespace

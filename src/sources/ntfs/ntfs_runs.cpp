@@ -31,12 +31,12 @@ uint64_t signed_field_value(byte_view field) {
 
 }  // namespace
 
-void decode_run_list(cluster_extents& extents, byte_view runs, uint64_t first_vcn) {
+void decode_run_list(cluster_extents& extents, byte_view runs, uint64_t first_vcn, size_t most) {
   // The VCN of a piece is only used to sort it among the others; `place_pieces` checks it when all
   // of them are there.
   uint64_t vcn = std::min(first_vcn, most_clusters / 2);
   uint64_t lcn = 0;
-  for (uint64_t at = 0; runs.u8_at(at) != 0;) {
+  for (uint64_t at = 0; runs.u8_at(at) != 0 && extents.size() < most;) {
     const uint32_t count_bytes = runs.u8_at(at) & count_bytes_mask;
     const uint32_t offset_bytes = runs.u8_at(at) >> offset_bytes_shift;
     if (!runs.has(at, 1 + count_bytes + offset_bytes)) return;
@@ -47,7 +47,7 @@ void decode_run_list(cluster_extents& extents, byte_view runs, uint64_t first_vc
     const bool sparse = delta == 0 && !(first && offset_bytes != 0);
     if (count >= most_clusters || vcn >= most_clusters - count) return;
     if (!sparse && lcn >= most_clusters - count) return;
-    extents.push_back({sparse ? 0 : lcn, vcn, count, sparse});
+    if (count != 0) extents.push_back({sparse ? 0 : lcn, vcn, count, sparse});
     vcn += count;
     at += 1 + count_bytes + offset_bytes;
   }

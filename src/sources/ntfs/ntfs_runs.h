@@ -1,6 +1,7 @@
 // Where the clusters of a non-resident NTFS attribute lie: its run list ("mapping pairs").
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -20,9 +21,10 @@ using cluster_extents = std::vector<cluster_extent>;
 
 /// Appends the extents of a run list (the "mapping pairs" of an ATTRIBUTE_RECORD_HEADER) whose
 /// first cluster is `first_vcn`. A run without an offset is a hole, and so is one with an offset of
-/// 0 unless it is the very first. The list ends at a header byte of 0, at a run that does not fit
-/// into `runs`, and at one that leads further than any volume reaches.
-void decode_run_list(cluster_extents& extents, byte_view runs, uint64_t first_vcn);
+/// 0 unless it is the very first; a run of no clusters is left out. The list ends at a header byte
+/// of 0, at a run that does not fit into `runs`, at one that leads further than any volume reaches,
+/// and where `extents` has `most` of them.
+void decode_run_list(cluster_extents& extents, byte_view runs, uint64_t first_vcn, size_t most);
 
 /// Sorts the extents of all pieces of an attribute by VCN. A piece that is missing leaves a gap. If
 /// extents overlap or reach past the `clusters` that the attribute has, their VCNs cannot be

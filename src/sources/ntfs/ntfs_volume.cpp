@@ -30,15 +30,14 @@ bool ntfs_volume::find_mft(const ntfs_record_bytes& record) {
   const auto take_piece = [&](byte_view /*holder*/, const ntfs_attribute& attribute) {
     if (attribute.type() != ntfs_type::data || !attribute.non_resident()) return;
     if (attribute.first_vcn() == 0) allocated_bytes = attribute.allocated_size();
-    decode_run_list(mft_extents(), attribute.runs(), attribute.first_vcn());
+    add_mft_piece(attribute.runs(), attribute.first_vcn());
   };
   for (const ntfs_attribute& attribute : attributes_of(byte_view(record))) {
     take_piece(byte_view(record), attribute);
   }
-  visit_foreign_attributes(*this, byte_view(record), 0, list_trust::same_sequence, nullptr,
-                           take_piece);
-  place_pieces(mft_extents(), allocated_bytes / bytes_per_cluster());
-  return !mft_extents().empty();
+  visit_foreign_attributes(*this, byte_view(record), 0,
+                           {list_trust::same_sequence, {ntfs_type::data}}, nullptr, take_piece);
+  return place_mft(allocated_bytes / bytes_per_cluster());
 }
 
 }  // namespace ovrik

@@ -21,11 +21,14 @@ TEST(ntfs_runs, run_lists_are_decoded_up_to_what_does_not_fit) {
       // Behind and in front of every volume.
       {{0x11, 1, 6, 0x81, 1, 0, 0, 0, 0, 0, 0, 0, 0x7F, 0}, "7:6+1 "},
       {{0x11, 1, 6, 0x11, 1, 0x80, 0}, "7:6+1 "},
+      // No more than four; a run of no clusters is none.
+      {{0x11, 1, 9, 0x11, 0, 1, 0x11, 1, 1, 0x11, 1, 2, 0x11, 1, 3, 0x11, 1, 4},
+       "7:9+1 8:11+1 9:13+1 10:16+1 "},
       {{}, ""},
   };
   for (const auto& [runs, expected] : cases) {
     ovrik::cluster_extents extents;
-    decode_run_list(extents, ovrik::byte_view(runs), 7);
+    decode_run_list(extents, ovrik::byte_view(runs), 7, 4);
     std::string text;
     for (const ovrik::cluster_extent& e : extents) {
       text += std::to_string(e.vcn) + ":" + (e.sparse ? "hole" : std::to_string(e.lcn)) + "+" +
