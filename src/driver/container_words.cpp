@@ -41,9 +41,9 @@ constexpr advice all_advice[] = {
 const char* subject_of(container_kind kind) {
   switch (kind) {
     case container_kind::vmdk_extent:
-      return "this is a part of a disk in several files, ";
+      return "this is one part of a disk in several files of the form ";
     case container_kind::vmdk_descriptor:
-      return "this is only the descriptor of ";
+      return "this is only the descriptor of a disk of the form ";
     case container_kind::luks:
     case container_kind::bitlocker:
       return "the volume is encrypted by ";
@@ -51,7 +51,7 @@ const char* subject_of(container_kind kind) {
     case container_kind::refs:
       return "the volume is ";
     default:
-      return "this is ";
+      return "this is a disk of the form ";
   }
 }
 

@@ -57,7 +57,7 @@ std::string vmdk_advice(const vmdk_chain& chain) {
     return "no file was named: -vmdk takes the files of the disk, as in -vmdk \"snapshot.vmdk | "
            "base.vmdk\"\n";
   }
-  if (chain.fault == vmdk_fault::not_opened) {
+  if (!chain.faulty_file.empty()) {
     const container_kind kind = kind_of_container(chain.faulty_file);
     return kind == container_kind::vmdk ? "" : container_advice(kind);
   }

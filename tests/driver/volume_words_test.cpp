@@ -32,5 +32,25 @@ TEST(volume_words, findings_come_before_the_list_and_the_advice) {
   EXPECT_EQ(said_of(table_disk(200).ntfs(100), 100), "");
 }
 
+TEST(volume_words, the_diagnostics_name_the_volume_that_is_read) {
+  const auto road = [](const table_disk& disk, uint64_t sector) {
+    memory_disk source(disk.content);
+    return volume_road_text(choose_volume(source, sector * 512, false));
+  };
+  table_disk two(200);
+  two.slot(0, 0, 12, 90, 8).slot(0, 1, 7, 100, 8).ntfs(100).ntfs(120);
+  const std::string second = "offset 0xc800, partition 2 of 2 (ntfs or exfat)";
+  EXPECT_EQ(road(two, 100), "volume read: " + second);
+  EXPECT_EQ(road(two, 50), "volume read: " + second + "; asked for: offset 0x6400");
+  EXPECT_EQ(road(two, 120), "volume read: offset 0xf000, no partition table names it");
+  EXPECT_EQ(road(table_disk(200).ntfs(100), 100),
+            "volume read: offset 0xc800, the disk has no partition table");
+  table_disk backup(200);
+  backup.slot(0, 0, 0xEE, 1, 9).backup_gpt({{100, 107}}, 190).ntfs(100);
+  EXPECT_EQ(road(backup, 100),
+            "volume read: offset 0xc800, partition 1 of 1 (ntfs or exfat); the first GPT is "
+            "damaged, its backup was taken");
+}
+
 }  // namespace
 }  // namespace test_support

@@ -114,6 +114,20 @@ TEST_F(image_road, a_disk_without_an_offset_is_listed_and_read_with_one) {
   EXPECT_EQ(rows("-image disk -offset 0xa00000 -ignore_image_size"), wanted);
 }
 
+TEST_F(image_road, volumes_that_no_intact_table_names_are_read_by_their_offset) {
+  make_small_volume("small", "-c 4096");
+  shell(
+      "truncate -s 24M gpt dos; sgdisk -n 1:2048:18431 -t 1:0700 gpt; sfdisk -q dos;"
+      "dd conv=notrunc status=none of=gpt if=small seek=2048;"
+      "dd conv=notrunc status=none of=dos if=small seek=6144;"
+      "dd conv=notrunc status=none of=gpt if=/dev/zero seek=1 count=33",
+      "label: dos\nstart=2048,size=40000,type=42\n");
+  expect({{"-image gpt",
+           "\nvolume offset [ 0x100000 ] : ntfs or exfat\n\nuse option [-offset 0x100000]\n\n"}});
+  EXPECT_EQ(rows("-image gpt -offset 0x100000"), wanted);
+  EXPECT_EQ(rows("-image dos -offset 0x300000"), wanted);
+}
+
 TEST_F(image_road, what_is_no_ntfs_is_refused_in_words) {
   shell(
       "truncate -s 1M empty; truncate -s 0 nothing; truncate -s 64M fat ext4 disk;"

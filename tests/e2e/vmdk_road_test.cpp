@@ -102,18 +102,32 @@ TEST_F(vmdk_road, what_is_no_chain_with_a_hive_ends_in_words_or_silence) {
       "qemu-img convert -f raw -O vmdk volume dead");
   const std::string none = "couldn't find any partitions on disk\n";
   const std::string unopened = " can't be opened\n\nsuggested array: -vmdk ";
+  const std::string no_hive = wiped + "Problem opening \\windows\\system32\\config\\system\n";
+  const std::string convert =
+      "convert the whole disk, by its descriptor, to one file (qemu-img convert -O vmdk) and give "
+      "that to -vmdk\n";
+  const std::string others = "this is only the descriptor of a disk of the form VMDK: " + convert;
   expect({
-      {"-vmdk streamOptimized", none},
-      {"-vmdk monolithicFlat", "monolithicFlat" + unopened + "\"monolithicFlat\"\n"},
+      {"-vmdk streamOptimized",
+       none + "this is a disk of the form streamOptimized VMDK: its grains are compressed: convert "
+              "it (qemu-img convert -O vmdk) and give the result to -vmdk\n"},
+      {"-vmdk monolithicFlat", "monolithicFlat" + unopened + "\"monolithicFlat\"\n" + others},
       {"-vmdk twoGbMaxExtentSparse",
-       "twoGbMaxExtentSparse" + unopened + "\"twoGbMaxExtentSparse\"\n"},
+       "twoGbMaxExtentSparse" + unopened + "\"twoGbMaxExtentSparse\"\n" + others},
+      {"-vmdk twoGbMaxExtentSparse-s001",
+       "Child VMDK CID errors, aborting\n\nsuggested array: -vmdk \"twoGbMaxExtentSparse-s001\"\n"
+       "this is one part of a disk in several files of the form VMDK: " +
+           convert},
       {"-vmdk 'absent | empty'", "absent" + unopened + "\"absent | empty\"\n"},
-      {"-vmdk ''", "\n"},
+      {"-vmdk ''",
+       "\nno file was named: -vmdk takes the files of the disk, as in -vmdk \"snapshot.vmdk | "
+       "base.vmdk\"\n"},
       {"-vmdk 'absent | disk' -out disk", "prob opening file disk for output, aborting\n"},
       {"-vmdk empty", none},
       {"-vmdk empty -offset 0x1000000", "volume offset 0x1000000 is not within image bounds\n"},
-      {"-vmdk dead", ""},
-      {"-vmdk torn", "", "", 0},
+      {"-vmdk dead", no_hive},
+      {"-vmdk torn", no_hive, "", 0},
+      {"-image dead", none + "\nthis is a disk of the form VMDK: give it to -vmdk\n"},
   });
 }
 

@@ -37,10 +37,28 @@ struct table_disk {
   table_disk& gpt(const std::vector<std::pair<uint64_t, uint64_t>>& entries,
                   uint64_t entries_at = 2) {
     slot(0, 0, 0xEE, 1, 0xFFFFFFFF);
-    put_u64(content, unit + 24, 1);
-    put_u64(content, unit + 72, entries_at);
-    put_u32(content, unit + 80, static_cast<uint32_t>(entries.size()));
-    put_u32(content, unit + 84, 128);
+    return gpt_copy(1, entries, entries_at);
+  }
+
+  /// The second copy of one, with its header in the last sector.
+  table_disk& backup_gpt(const std::vector<std::pair<uint64_t, uint64_t>>& entries,
+                         uint64_t entries_at) {
+    const uint64_t last = content.size() / unit - 1;
+    put(content, last * unit, as_bytes("EFI PART"));
+    return gpt_copy(last, entries, entries_at);
+  }
+
+  bytes content;
+  size_t unit;
+
+ private:
+  table_disk& gpt_copy(uint64_t sector, const std::vector<std::pair<uint64_t, uint64_t>>& entries,
+                       uint64_t entries_at) {
+    const size_t header = sector * unit;
+    put_u64(content, header + 24, sector);
+    put_u64(content, header + 72, entries_at);
+    put_u32(content, header + 80, static_cast<uint32_t>(entries.size()));
+    put_u32(content, header + 84, 128);
     for (size_t i = 0; i < entries.size(); ++i) {
       const size_t at = entries_at * unit + 128 * i;
       content[at] = 1;
@@ -49,9 +67,6 @@ struct table_disk {
     }
     return *this;
   }
-
-  bytes content;
-  size_t unit;
 };
 
 }  // namespace test_support

@@ -44,11 +44,17 @@ constexpr signature signatures[] = {
 // The header of a sparse extent (VMDK SparseExtentHeader).
 constexpr size_t flags_at = 8;  // u32
 constexpr uint32_t compressed_flag = 0x10000;
+constexpr size_t descriptor_at = 28;       // u64, sectors
 constexpr size_t descriptor_size_at = 36;  // u64, sectors
+constexpr uint64_t sector_bytes = 512;
 
 container_kind kind_of_extent(byte_view start) {
   if ((start.u32_at(flags_at) & compressed_flag) != 0) return container_kind::vmdk_compressed;
-  return start.u64_at(descriptor_size_at) == 0 ? container_kind::vmdk_extent : container_kind::vmdk;
+  // The room of a descriptor may be there and be empty.
+  const bool is_near = start.u64_at(descriptor_at) == 1 && start.has(sector_bytes, 1);
+  const bool is_empty = is_near && start.u8_at(sector_bytes) == 0;
+  return is_empty || start.u64_at(descriptor_size_at) == 0 ? container_kind::vmdk_extent
+                                                           : container_kind::vmdk;
 }
 
 }  // namespace

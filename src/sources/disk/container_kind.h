@@ -29,7 +29,7 @@ enum class container_kind {
 };
 
 /// Up to here a file or volume must be read to be told.
-constexpr uint32_t container_start_bytes = 512;
+constexpr uint32_t container_start_bytes = 1024;
 
 /// Tells a container by its first bytes.
 container_kind kind_of_container(byte_view start);

@@ -100,7 +100,7 @@ class chain_check {
   }
 
   void add_parents() {
-    while (!m_disks.has_own_parent()) {
+    while (m_disks.own_parent().empty()) {
       if (m_orphans.empty()) return end(nullptr);
       const vmdk_disk& orphan = *m_orphans.begin()->second;
       std::string hint = orphan.descriptor().parent_file_hint;
@@ -110,7 +110,7 @@ class chain_check {
       if (parent.path.empty() || !m_known.insert(parent.path).second) {
         m_chain.fault = vmdk_fault::parent_gone;
         // One that was found and is still missing bears another CID.
-        if (!parent.path.empty()) m_chain.misfit = orphan.path();
+        if (!parent.path.empty() && parent.path != orphan.path()) m_chain.misfit = orphan.path();
         return;
       }
       m_chain.found_parents.push_back({orphan.path(), hint});
@@ -118,6 +118,7 @@ class chain_check {
       if (!add(std::move(parent.disk), parent.path)) return;
     }
     m_chain.fault = vmdk_fault::own_parent;
+    m_chain.faulty_file = m_disks.own_parent();
   }
 
   /// Takes a file into the chain. False: it is none, or one too many, which `m_chain` then says.

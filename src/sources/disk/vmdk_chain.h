@@ -15,7 +15,7 @@ enum class vmdk_fault {
   none,           ///< it ended because nothing more is missing
   not_opened,     ///< `faulty_file` is not there or no sparse VMDK
   out_of_memory,  ///< the tables of a file do not fit the memory
-  own_parent,     ///< a file names itself as the one that it builds on
+  own_parent,     ///< `faulty_file` names itself as the one that it builds on
   parent_gone,    ///< a file builds on one that is nowhere, or not where its hint leads
 };
 

@@ -41,7 +41,7 @@ class vmdk_chain_disk : public RAW_DISK_IO {
 }  // namespace
 
 const vmdk_disk* vmdk_collection::add_disk(std::unique_ptr<vmdk_disk> disk) {
-  if (disk->descriptor().is_own_parent()) m_has_own_parent = true;
+  if (disk->descriptor().is_own_parent()) m_own_parent = disk->path();
   const std::string cid = disk->descriptor().cid;
   if (m_disks.contains(cid)) {
     m_second_files.push_back(disk->path());

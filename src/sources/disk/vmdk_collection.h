@@ -18,8 +18,9 @@ class vmdk_collection {
   /// comes back for the second.
   const vmdk_disk* add_disk(std::unique_ptr<vmdk_disk> disk);
 
-  /// True if a file names itself as the one that it builds on; files that did not stay count too.
-  bool has_own_parent() const { return m_has_own_parent; }
+  /// Path of a file that names itself as the one that it builds on, be it one that did not stay.
+  /// Empty: there is none.
+  const std::string& own_parent() const { return m_own_parent; }
 
   /// All files by their CIDs.
   const std::map<std::string, std::unique_ptr<vmdk_disk>>& disks() const { return m_disks; }
@@ -53,7 +54,7 @@ class vmdk_collection {
 
   std::map<std::string, std::unique_ptr<vmdk_disk>> m_disks;
   std::vector<std::string> m_second_files;  ///< paths of those whose CID was there already
-  bool m_has_own_parent = false;
+  std::string m_own_parent;
   std::vector<vmdk_disk*> m_chain;
 };
 

@@ -57,6 +57,8 @@ TEST(partitions, a_stray_table_is_only_looked_for_when_asked) {
   EXPECT_EQ(found_on(stray), "none");
   EXPECT_EQ(found_on(stray, {}, true), "110+8:ntfs or exfat ");
   EXPECT_EQ(found_on(stray, {50}, true), "none");
+  // What a partition holds counts for more than its type.
+  EXPECT_EQ(found_on(stray.slot(100, 0, 0x42, 10, 8), {}, true), "110+8:ntfs or exfat ");
 }
 
 TEST(partitions, a_gpt_is_whole_or_nothing) {
@@ -73,6 +75,37 @@ TEST(partitions, a_gpt_is_whole_or_nothing) {
     table_disk damaged = disk;
     put_u32(damaged.content, 512 + at, value);
     EXPECT_EQ(found_on(damaged), "none") << "header field at " << at << " = " << value;
+  }
+}
+
+TEST(partitions, the_backup_of_a_gpt_counts_where_the_first_copy_is_damaged) {
+  const table_disk disk = table_disk(200)
+                              .gpt({{100, 107}})
+                              .backup_gpt({{100, 107}, {120, 127}}, 190)
+                              .ntfs(100)
+                              .ntfs(120);
+  const std::string first = "100+8:ntfs or exfat ", both = first + "120+8:ntfs or exfat ";
+  EXPECT_EQ(found_on(disk), first) << "the first copy is sound";
+  EXPECT_EQ(found_on(disk, {1}), both) << "its header";
+  EXPECT_EQ(found_on(disk, {2}), both) << "its entries";
+  EXPECT_EQ(found_on(disk, {1, 199}), "none");
+  EXPECT_EQ(found_on(disk, {1, 190}), "none");
+  // A longer image: the header tells where its other copy stands.
+  table_disk longer = disk;
+  longer.content.resize(250 * 512);
+  EXPECT_EQ(found_on(longer, {2}), "none");
+  put(longer.content, 512, as_bytes("EFI PART"));
+  put_u64(longer.content, 512 + 32, 199);
+  EXPECT_EQ(found_on(longer, {2}), both);
+  // Nothing is left at the start.
+  table_disk wiped = disk;
+  put(wiped.content, 0, bytes(34 * 512, 0));
+  EXPECT_EQ(found_on(wiped), "none");
+  EXPECT_EQ(found_on(wiped, {}, true), both);
+  for (const size_t at : {0U, 24U}) {
+    table_disk damaged = wiped;
+    damaged.content[199 * 512 + at] ^= 1;
+    EXPECT_EQ(found_on(damaged, {}, true), "none") << at;
   }
 }
 

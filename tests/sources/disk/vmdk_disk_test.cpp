@@ -80,6 +80,42 @@ TEST_F(vmdk_disk, each_grain_comes_from_the_newest_file_that_holds_it) {
   EXPECT_EQ(grains({put_file("cut", cut)}), ".bac...........!");
 }
 
+TEST_F(vmdk_disk, more_tables_than_are_kept_give_the_same_in_any_order) {
+  // A header of 1 sector, 2 of descriptor, a directory of 0x4000 tables of 0x200 entries.
+  constexpr uint64_t tables = 0x4000, table_bytes = 0x800, sector = vmdk_builder::sector;
+  constexpr uint64_t first_table = 3 * sector + 4 * tables;
+  constexpr uint64_t grains_at = first_table + tables * table_bytes;
+  bytes file = vmdk_builder{.descriptor = base_text}.file();
+  file.resize(3 * sector);
+  put_u64(file, 12, tables * 0x200);
+  put_u64(file, 20, 1);
+  put_u32(file, 44, 0x200);
+  put_u64(file, 64, grains_at / sector);
+  file.resize(grains_at);
+  bytes grains;
+  for (uint64_t table = 0; table < tables; ++table) {
+    put_u32(file, 3 * sector + 4 * table,
+            static_cast<uint32_t>((first_table + table * table_bytes) / sector));
+    if (table % 97 != 0) continue;
+    put_u32(file, first_table + table * table_bytes + 4 * (1 + table % 0x100),
+            static_cast<uint32_t>((file.size() + grains.size()) / sector));
+    append(grains, bytes(sector, static_cast<uint8_t>(table / 97 + 1)));
+  }
+  append(file, grains);
+  const auto disk = ovrik::check_vmdk_chain({put_file("large", file)}).disk;
+  ASSERT_NE(disk, nullptr);
+  for (uint64_t i = 0; i < 2 * tables; ++i) {
+    const uint64_t table = i * 5003 % tables;
+    bytes got(3 * sector);
+    auto size = static_cast<uint32_t>(got.size());
+    const uint64_t middle = table * 0x200 + 1 + table % 0x100;
+    ASSERT_TRUE(disk->read(got.data(), size, (middle - 1) * sector));
+    bytes wanted(3 * sector);
+    if (table % 97 == 0) put(wanted, sector, bytes(sector, static_cast<uint8_t>(table / 97 + 1)));
+    ASSERT_TRUE(got == wanted) << table;
+  }
+}
+
 TEST_F(vmdk_disk, descriptors_may_be_written_in_many_ways) {
   const std::string base = put_disk("base", base_text, {{1, full('a')}});
   const std::string shouted = put_disk(

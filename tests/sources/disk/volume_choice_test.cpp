@@ -15,7 +15,7 @@ constexpr uint64_t sector = 512;
 
 struct choice_case {
   const char* name;
-  const table_disk& disk;
+  table_disk disk;
   uint64_t asked_sector;
   volume_outcome outcome;
   uint64_t sector_chosen;
@@ -35,6 +35,7 @@ TEST(volume_choice, the_volume_is_the_one_asked_for_or_the_last_of_the_table) {
   const table_disk no_ntfs = table_disk(200).slot(0, 0, 12, 70, 8);
   table_disk stray(400);
   stray.slot(100, 0, 7, 10, 8).ntfs(110);
+  const table_disk deleted = table_disk(two).ntfs(130);
   const auto at_offset = volume_outcome::at_offset;
   const auto other_offset = volume_outcome::other_offset;
   const choice_case cases[] = {
@@ -53,6 +54,8 @@ TEST(volume_choice, the_volume_is_the_one_asked_for_or_the_last_of_the_table) {
       {"some begin outside", cut, 0, other_offset, 400, 3, "outside 300 outside 400 "},
       {"one begins outside, the right one is cut", cut, 190, volume_outcome::cut_short, 190, 3,
        "outside 300 "},
+      {"a volume that no table names", deleted, 130, at_offset, 130, 3},
+      {"the same beside a stray table", table_disk(stray).ntfs(200), 200, at_offset, 200, 0},
       {"no NTFS", no_ntfs, 0, volume_outcome::no_ntfs, 0, 1},
       {"no NTFS, and FAT where asked for", no_ntfs, 70, volume_outcome::no_ntfs, 70, 1,
        "no ntfs 70 "},
@@ -67,7 +70,7 @@ TEST(volume_choice, the_volume_is_the_one_asked_for_or_the_last_of_the_table) {
     EXPECT_EQ(choice.asked_offset, c.asked_sector * sector);
     EXPECT_EQ(choice.offset, c.sector_chosen * sector);
     EXPECT_EQ(choice.partitions.size(), c.partitions);
-    EXPECT_EQ(choice.table_is_guess, &c.disk == &stray);
+    EXPECT_EQ(choice.table_is_guess, std::string(c.name) == "a stray table");
     std::string findings;
     for (const ovrik::partition_finding& finding : choice.findings) {
       const bool outside = finding.fault == ovrik::partition_fault::begins_outside;
