@@ -14,8 +14,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   ovrik::diagnostics_log log;
   uint64_t inode = 0;
   lookup_path(*volume, "\\windows\\system32\\config\\system", inode, log);
-  const auto data = open_file_data(volume, inode, log);
+  const auto file = open_file_data(volume, inode, log);
   uni::memory_block bytes;
-  if (data != nullptr) read_whole_data(*data, bytes);
+  if (file != nullptr) read_whole_data(*file, bytes);
   return 0;
 }

@@ -11,6 +11,9 @@ namespace ovrik {
 
 std::unique_ptr<reg_hive> read_volume_hive(std::shared_ptr<ntfs_volume> volume,
                                            const std::string& inner_path, diagnostics_log& log) {
+  if (volume->mounted_by_mirror()) {
+    diag_printf(log, "->info: record 0 of the MFT taken from $MFTMirr");
+  }
   uint64_t inode = 0;
   if (!lookup_path(*volume, inner_path, inode, log)) return nullptr;
   auto data = open_file_data(std::move(volume), inode, log);

@@ -36,19 +36,32 @@ bytes attribute(uint32_t type, const attribute_form& form, size_t header_bytes, 
   return block;
 }
 
+/// An $INDEX_ROOT in front of its node: file names, blocks of 4,096 bytes.
+const bytes root_head = {0x30, 0, 0, 0, 0, 0, 0, 0, 0, 0x10, 0, 0, 0, 0, 0, 0};
+
 /// A node header and the entries behind it.
-bytes index_node(const std::vector<uint64_t>& children) {
+bytes index_node(const named_children& children) {
   bytes node(16);
-  for (const uint64_t child : children) {
-    bytes entry(96);
+  for (const auto& [child, name] : children) {
+    const bytes key = name.empty() ? bytes(80) : file_name(0, name);
+    bytes entry(16);
     put_u64(entry, 0, child | uint64_t{1} << 48);
-    put_u32(entry, 8, 80 << 16 | 96);  // lengths of the key and the entry
+    append(entry, key);
+    entry.resize((entry.size() + 7) / 8 * 8);
+    put_u16(entry, 8, static_cast<uint16_t>(entry.size()));
+    put_u16(entry, 10, static_cast<uint16_t>(key.size()));
     append(node, entry);
   }
   append(node, {0, 0, 0, 0, 0, 0, 0, 0, 16, 0, 0, 0, 2, 0, 0, 0});  // the last one
   put_u32(node, 0, 16);
   for (const size_t at : {4U, 8U}) put_u32(node, at, static_cast<uint32_t>(node.size()));
   return node;
+}
+
+named_children without_names(const std::vector<uint64_t>& children) {
+  named_children named;
+  for (const uint64_t child : children) named.emplace_back(child, u"");
+  return named;
 }
 
 }  // namespace
@@ -78,14 +91,18 @@ bytes file_name(uint64_t parent, std::u16string_view name, uint8_t name_space) {
 }
 
 bytes index_root(const std::vector<uint64_t>& children) {
-  return concat({{0x30, 0, 0, 0, 0, 0, 0, 0, 0, 0x10, 0, 0, 0, 0, 0, 0}, index_node(children)});
+  return concat({root_head, index_node(without_names(children))});
+}
+
+bytes named_index_attribute(const named_children& children) {
+  return resident_attribute(0x90, concat({root_head, index_node(children)}), {.name = u"$I30"});
 }
 
 bytes index_attribute(const std::vector<uint64_t>& children) {
-  return resident_attribute(0x90, index_root(children), {.name = u"$I30"});
+  return named_index_attribute(without_names(children));
 }
 
-bytes index_block(const std::vector<uint64_t>& children) {
+bytes named_index_block(const named_children& children) {
   bytes block(4096);
   put(block, 0, as_bytes("INDX"));
   bytes node = index_node(children);
@@ -95,6 +112,10 @@ bytes index_block(const std::vector<uint64_t>& children) {
   put(block, 24, node);
   protect(block, 40);
   return block;
+}
+
+bytes index_block(const std::vector<uint64_t>& children) {
+  return named_index_block(without_names(children));
 }
 
 bytes list_entry(uint32_t type, uint64_t entry, uint16_t sequence, uint16_t id) {

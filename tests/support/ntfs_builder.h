@@ -4,6 +4,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "support/bytes.h"
@@ -29,6 +30,11 @@ bytes file_name(uint64_t parent, std::u16string_view name, uint8_t name_space = 
 bytes index_root(const std::vector<uint64_t>& children);
 bytes index_attribute(const std::vector<uint64_t>& children);
 bytes index_block(const std::vector<uint64_t>& children);
+
+/// The same for entries that carry names; without one an entry has none.
+using named_children = std::vector<std::pair<uint64_t, std::u16string>>;
+bytes named_index_attribute(const named_children& children);
+bytes named_index_block(const named_children& children);
 bytes list_entry(uint32_t type, uint64_t entry, uint16_t sequence, uint16_t id);
 
 class ntfs_builder {

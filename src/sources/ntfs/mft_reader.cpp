@@ -14,6 +14,7 @@ namespace {
 constexpr size_t sectors_per_cluster_at =
     13;                                    // u8; above 128: 2 to the power of 256 less the value
 constexpr size_t mft_lcn_at = 48;          // u64, MftStartLcn
+constexpr size_t mirror_lcn_at = 56;       // u64, Mft2StartLcn
 constexpr size_t record_clusters_at = 64;  // i8; negative: 2 to the power of its magnitude bytes
 
 constexpr uint32_t default_record_bytes = 1024;
@@ -55,8 +56,19 @@ bool mft_reader::read_boot_sector() {
   if (cluster_bytes == 0 || cluster_bytes > largest_cluster_bytes) return false;
   m_bytes_per_cluster = static_cast<uint32_t>(cluster_bytes);
   m_first_record_bytes = record_bytes(boot, m_bytes_per_cluster);
+  m_stated_record_bytes = m_first_record_bytes;
   m_mft_offset = checked_product(boot.u64_at(mft_lcn_at), cluster_bytes);
+  m_mirror_offset = checked_product(boot.u64_at(mirror_lcn_at), cluster_bytes);
   return is_record_size(m_first_record_bytes) && m_mft_offset != 0;
+}
+
+bool mft_reader::turn_to_mirror() {
+  if (m_mirror_offset == 0 || m_mirror_offset == m_mft_offset) return false;
+  m_mft_offset = m_mirror_offset;
+  m_first_record_bytes = m_stated_record_bytes;
+  m_mft_pieces = {};
+  m_mft_map.clear();
+  return true;
 }
 
 void mft_reader::set_record_bytes(uint32_t bytes) {

@@ -69,6 +69,10 @@ class mft_reader {
   /// geometry makes no sense.
   bool read_boot_sector();
 
+  /// Has record 0 read from $MFTMirr, and forgets what is known of the MFT. False: the boot sector
+  /// names no other place for it than the one that is in use.
+  bool turn_to_mirror();
+
   /// The size of record 0, which may be larger than the boot sector states.
   uint32_t first_record_bytes() const { return m_first_record_bytes; }
   void set_first_record_bytes(uint32_t bytes) { m_first_record_bytes = bytes; }
@@ -106,6 +110,8 @@ class mft_reader {
   uint64_t m_volume_offset;  ///< in bytes
   uint32_t m_bytes_per_sector = 0;
   uint32_t m_bytes_per_cluster = 0;
+  uint64_t m_mirror_offset = 0;                  ///< of the copy of record 0
+  uint32_t m_stated_record_bytes = 0;            ///< of record 0, as the boot sector has it
   uint64_t m_mft_offset = 0;                     ///< of record 0, from the volume's start, in bytes
   uint32_t m_first_record_bytes = 0;             ///< of record 0
   uint32_t m_record_bytes = 0;                   ///< of every other record

@@ -17,7 +17,9 @@ constexpr uint16_t in_use_flag = 0x0001;
 constexpr size_t allocated_bytes_at = 0x1C;  // u32
 constexpr size_t base_reference_at = 0x20;   // u64
 
-// What every file record has that Windows XP or later wrote.
+// What every file record has. NTFS 3.0 (Windows 2000) had no entry number in its header, so that
+// the update sequence stands at 42 there; Windows XP and later have it at 48.
+constexpr uint32_t least_update_sequence_offset = 42;
 constexpr uint32_t usual_update_sequence_offset = 48;
 constexpr uint32_t most_update_sequence_words = 9;
 constexpr uint32_t largest_first_attribute = 72;
@@ -39,10 +41,13 @@ constexpr size_t least_attribute_bytes = 0x10;
 bool has_file_mark(byte_view record) { return record.text_at(0, "FILE"); }
 
 bool is_file_record(byte_view record) {
-  return has_file_mark(record) &&
-         record.u16_at(update_sequence_offset_at) == usual_update_sequence_offset &&
-         record.u16_at(update_sequence_count_at) <= most_update_sequence_words &&
-         record.u16_at(first_attribute_at) <= largest_first_attribute;
+  const uint32_t offset = record.u16_at(update_sequence_offset_at);
+  const uint32_t words = record.u16_at(update_sequence_count_at);
+  const uint32_t first_attribute = record.u16_at(first_attribute_at);
+  const bool in_header_gap =
+      offset >= least_update_sequence_offset && offset + 2 * words <= first_attribute;
+  return has_file_mark(record) && (offset == usual_update_sequence_offset || in_header_gap) &&
+         words <= most_update_sequence_words && first_attribute <= largest_first_attribute;
 }
 
 bool is_record_size(uint32_t bytes) {

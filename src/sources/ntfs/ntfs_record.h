@@ -49,8 +49,9 @@ constexpr size_t total_allocated_at = 0x40;       // u64
 /// True if the bytes begin as a file record does ("FILE").
 bool has_file_mark(byte_view record);
 
-/// True if `record` is a file record as the system writes it: "FILE", the update sequence at 48 and
-/// of at most 9 words, the first attribute below 73.
+/// True if `record` is a file record as the system writes it: "FILE", the update sequence at 48 or
+/// anywhere between the header, which ends at 42, and the first attribute, and of at most 9 words;
+/// the first attribute below 73.
 bool is_file_record(byte_view record);
 
 /// Puts back the last two bytes of every sector of a file record or an index block ("FILE" or

@@ -6,7 +6,10 @@ namespace ovrik {
 
 bool ntfs_volume::mount() {
   ntfs_record_bytes record;
-  return read_boot_sector() && read_first_record(record) && find_mft(record);
+  if (!read_boot_sector()) return false;
+  if (read_first_record(record) && find_mft(record)) return true;
+  m_by_mirror = turn_to_mirror() && read_first_record(record) && find_mft(record);
+  return m_by_mirror;
 }
 
 bool ntfs_volume::read_first_record(ntfs_record_bytes& record) {

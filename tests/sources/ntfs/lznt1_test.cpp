@@ -25,6 +25,8 @@ TEST(lznt1, chunks_of_all_kinds_give_their_bytes) {
   const bytes full = concat({in_front, bytes(4096, 7)});
   const bytes no_header = concat({{0x34, 0x12}, bytes(4094, 9)});
   const bytes zeros(8192);
+  const bytes late = concat({raw, in_front, bytes(8000, 7)});
+  const bytes late_start(late.begin(), late.begin() + 8192);
   struct unit_case {
     const char* name;
     bytes unit;
@@ -41,6 +43,7 @@ TEST(lznt1, chunks_of_all_kinds_give_their_bytes) {
        concat({plain, plain})},
       {"a distance of five bits", seventeen, 24, true, as_bytes("0123456789abcdefg0123456")},
       {"a bad copy: stored as it is", full, 4101, true, full},
+      {"a bad chunk behind others: stored as it is", late, 8192, true, late_start},
       {"a bad copy before zeros", concat({in_front, zeros}), 4096, false, {}},
       {"no chunk header", no_header, 10, true, concat({{0x34, 0x12}, bytes(8, 9)})},
       {"zeros", zeros, 4096, false, {}},

@@ -10,6 +10,8 @@ namespace {
 
 const std::string a(1024, 'a'), b(1024, 'b'), c(1024, 'c'), zeros(1024, 0);
 
+std::string half(const std::string& cluster) { return cluster.substr(0, 512); }
+
 TEST(ntfs_file, a_file_is_what_can_be_read_of_its_pieces) {
   struct file_case {
     bytes runs;
@@ -22,9 +24,10 @@ TEST(ntfs_file, a_file_is_what_can_be_read_of_its_pieces) {
       {{0x11, 1, 51, 0x11, 1, 0xFF}, 2048, b + a},
       {{0x11, 1, 50, 0x01, 5, 0x11, 1, 2}, 7168, a + c},  // holes are left out
       {{0x11, 3, 50}, 1 << 30, a + b + c},
-      {{0x11, 3, 50}, 3072, a, {103}},
-      {{0x11, 1, 50, 0x11, 9, 0x4D}, 9216, a + zeros},  // the volume ends
-      {{0x11, 3, 50}, 3072, "not read", {100}},
+      // What cannot be read is zeros, a sector at least; what stands behind it comes.
+      {{0x11, 3, 50}, 3072, a + half(b) + half(zeros) + c, {103}},
+      {{0x11, 3, 50}, 3072, half(zeros) + half(a) + b + c, {100}},
+      {{0x11, 1, 50, 0x11, 2, 0x4D, 0x11, 1, 0xB4}, 4096, a + zeros + zeros + b},  // outside
       {{0x01, 3}, 3072, "not read"},
       {{0x11, 3, 50}, 0, "not read"},
   };
@@ -39,6 +42,12 @@ TEST(ntfs_file, a_file_is_what_can_be_read_of_its_pieces) {
         << testing::PrintToString(row.runs) << row.size;
   }
   EXPECT_EQ(content_of(hive({0x11, 3, 50}, {.name = u"other", .size = 3072})), "not read");
+  // A unit without a hole is stored as it is, even if it could be decompressed.
+  ntfs_builder stored = hive({0x11, 16, 70}, {.flags = 1, .size = 16384, .compression_unit = 4});
+  const bytes chunk = concat({{0xFF, 0x3F}, bytes(4096, 'x')});
+  const bytes unit = concat({chunk, {0x05, 0xB0, 0x08, 'a', 'b', 'c', 0xFF, 0x2F}, bytes(12278)});
+  stored.cluster(70, unit);
+  EXPECT_EQ(content_of(stored), std::string(unit.begin(), unit.end()));
   // A unit of holes is zeros, not the end.
   const bytes holes = {0x01, 16, 0x11, 1, 50, 0x01, 15};
   const attribute_form packed = {.flags = 1, .size = 16384 + 5, .compression_unit = 4};

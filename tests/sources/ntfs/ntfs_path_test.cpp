@@ -50,5 +50,26 @@ TEST(ntfs_path, a_path_leads_to_the_file_that_bears_the_name_there) {
   EXPECT_EQ(content_of(built), "the hive");
 }
 
+TEST(ntfs_path, the_index_says_whom_to_ask_and_the_records_decide) {
+  ntfs_builder built;
+  built.record(14, {hive_name, data_attribute("14")});
+  built.record(15, {hive_name, data_attribute("15")});
+  built.record(16, {hive_name, data_attribute("16")}, 2, 0);
+  built.record(17, {name_attribute(u"system", 9), data_attribute("17")});
+  built.record(18, {name_attribute(u"else"), data_attribute("18")});
+  const std::pair<named_children, const char*> indexes[] = {
+      {{{18, u"else"}, {15, u"SYSTEM"}}, "15"},
+      {{{15, u"System"}, {14, u"SYSTEM"}}, "14"},                    // the lower number
+      {{{16, u"system"}, {15, u"else"}, {17, u"x"}}, "15"},          // not in use
+      {{{18, u"system"}, {17, u"system"}, {15, u"systems"}}, "15"},  // other names
+      {{{99, u"system"}, {12, u"system"}, {17, u""}}, "17"},         // no record, the folder
+      {{{18, u"system"}}, "not found"},
+  };
+  for (const auto& [index, content] : indexes) {
+    built.record(12, {directory_name, named_index_attribute(index)});
+    EXPECT_EQ(content_of(built), content);
+  }
+}
+
 }  // namespace
 }  // namespace test_support

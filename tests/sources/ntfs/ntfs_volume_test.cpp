@@ -58,5 +58,33 @@ TEST(ntfs_volume, every_field_may_hold_anything_and_every_sector_may_be_the_last
   }
 }
 
+TEST(ntfs_volume, the_copy_of_record_0_counts_where_the_first_is_damaged) {
+  ntfs_builder built = sound_volume();
+  const uint8_t* const first = built.volume.data() + ntfs_builder::record_at(0);
+  const bytes record(first, first + ntfs_builder::cluster_bytes);
+  built.cluster(100, record);
+  const std::pair<const char*, bytes> damages[] = {
+      {"zeros", bytes(1024)}, {"BAAD", as_bytes("BAAD")}, {"no size", bytes(64, 0xFF)}};
+  for (const auto& [name, damage] : damages) {
+    ntfs_builder damaged = built;
+    put(damaged.volume, ntfs_builder::record_at(0), damage);
+    EXPECT_EQ(content_of(damaged), "not mounted") << name;
+    put_u64(damaged.volume, 56, 100);
+    EXPECT_EQ(content_of(damaged), "the hive") << name;
+  }
+}
+
+TEST(ntfs_volume, records_of_windows_2000_are_read) {
+  ntfs_builder built = sound_volume();
+  for (uint64_t entry = 0; entry < ntfs_builder::record_count; ++entry) {
+    // The update sequence moves from 48 to 42.
+    uint8_t* const record = built.volume.data() + ntfs_builder::record_at(entry);
+    std::copy(record + 48, record + 54, record + 42);
+    std::fill(record + 48, record + 54, uint8_t{0});
+    record[4] = 42;
+  }
+  EXPECT_EQ(content_of(built), "the hive");
+}
+
 }  // namespace
 }  // namespace test_support
