@@ -138,6 +138,8 @@ hive_outcome print_hive(const hive_output& output, const reg_hive& hive,
     output.writer.begin_section((first ? "" : "\n") +
                                 heading_of(command, shown_location, output.names_hives));
     write_values(output, {.title = command.title, .hive_location = shown_location}, hits);
+    // A live check of the next command ends the run, and costs nothing of this one.
+    output.writer.out().flush();
     outcome = hive_outcome::found;
   }
   if (output.show_progress) show_progress(progress_width, "\n");
