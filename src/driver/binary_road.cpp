@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "driver/host/console.h"
+#include "driver/memory_end.h"
 #include "driver/options/path_variables.h"
 #include "driver/stdin_stream.h"
 #include "shim/shim_parse.h"
@@ -68,18 +69,26 @@ int32_t run_binary_road(const std::string& path, const std::string& shown_locati
 int32_t run_pipe_binary_road(const run_options& options, std::ostream& out, diagnostics_log& log) {
   const cache_section section{.hive_location = options.aliases.shown({})};
   uni::stdin_stream lines;
+  int32_t exit_value = 0;
   for (std::string line; out.good() && lines.next_line(line);) {
     bool unreadable = false;
     if (!lies_in_date_window(options.list.window, line) ||
         !filter_accepts_path(line, options.list.filters, unreadable)) {
       continue;
     }
-    const std::string path = expand_path_variables(lvportdir::strip_long_prefix(line));
+    const std::string path = path_of_list_line(lvportdir::strip_long_prefix(line));
     if (options.show_progress) show_analyzing(path);
     diag_printf(log, "Analyzing: %s", path.c_str());
     std::ostringstream rows;
     row_writer writer(rows, options.rows);
-    if (const char* problem = write_rows_of(path, section, options.shim, writer)) {
+    rows.exceptions(std::ios::badbit);  // memory that ends must not pass for the end of the rows
+    const char* problem = " prob allocating memory";
+    const auto write = [&] {
+      problem = write_rows_of(path, section, options.shim, writer);
+      return 0;
+    };
+    if (unless_memory_ends(path, write) != 0) exit_value = -1;
+    if (problem != nullptr) {
       diag_printf(log, "%s", problem);
       continue;
     }
@@ -89,7 +98,7 @@ int32_t run_pipe_binary_road(const run_options& options, std::ostream& out, diag
         << rows.view() << '\n'
         << std::flush;
   }
-  return 0;
+  return exit_value;
 }
 
 }  // namespace ovrik
