@@ -4,6 +4,7 @@
 
 #include "base/clean_text.h"
 #include "driver/host/console.h"
+#include "driver/memory_end.h"
 #include "driver/options/path_variables.h"
 #include "driver/stdin_stream.h"
 #include "shim/shim_parse.h"
@@ -71,23 +72,30 @@ int32_t run_binary_road(const std::string& path, const std::string& shown_locati
 int32_t run_pipe_binary_road(const run_options& options, std::ostream& out, diagnostics_log& log) {
   const cache_section section{.hive_location = options.aliases.shown({})};
   uni::stdin_stream lines;
+  int32_t exit_value = 0;
   for (std::string line; out.good() && lines.next_line(line);) {
     bool unreadable = false;
     if (!lies_in_date_window(options.list.window, line) ||
         !filter_accepts_path(line, options.list.filters, unreadable)) {
       continue;
     }
-    const std::string path = expand_path_variables(lvportdir::strip_long_prefix(line));
+    const std::string path = path_of_list_line(lvportdir::strip_long_prefix(line));
     if (options.show_progress) show_analyzing(path);
     diag_printf(log, "Analyzing: %s", path.c_str());
     row_writer writer(out, options.rows);
-    if (const char* problem = write_rows_of(path, section, options.shim, writer)) {
+    const char* problem = " prob allocating memory";
+    const auto write = [&] {
+      problem = write_rows_of(path, section, options.shim, writer);
+      return 0;
+    };
+    if (unless_memory_ends(path, write) != 0) exit_value = -1;
+    if (problem != nullptr) {
       diag_printf(log, "%s", problem);
       continue;
     }
     diag_printf(log, " successfully processed [hdrs: %zu]", writer.columns().size());
   }
-  return 0;
+  return exit_value;
 }
 
 }  // namespace ovrik

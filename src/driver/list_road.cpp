@@ -7,6 +7,7 @@
 #include "driver/directory_walk.h"
 #include "driver/hive_source.h"
 #include "driver/host/console.h"
+#include "driver/memory_end.h"
 #include "driver/options/path_variables.h"
 #include "driver/plain_hive.h"
 #include "driver/stdin_stream.h"
@@ -42,15 +43,21 @@ int32_t run_list_road(const list_options& list, const hive_output& output) {
   const std::unique_ptr<uni::stdin_stream> paths = open_list(list);
   if (paths == nullptr) return -1;
   std::ostream& out = output.writer.out();
+  int32_t exit_value = 0;
   for (std::string line; out.good() && paths->next_line(line);) {
     if (line.empty()) continue;
-    const std::string path = expand_path_variables(lvportdir::strip_long_prefix(line));
+    // What a walk finds has its name, whatever that looks like.
+    const std::string plain = lvportdir::strip_long_prefix(line);
+    const std::string path = list.from_standard_input ? path_of_list_line(plain) : plain;
     if (!uni::file_opens(path)) continue;
     print_message("analyzing: %s\n", clean_text(path).c_str());
-    if (!process_hive(path, output)) return 0;
+    bool goes_on = true;
+    const auto process = [&] { return goes_on = process_hive(path, output), 0; };
+    if (unless_memory_ends(path, process) != 0) exit_value = -1;
+    if (!goes_on) return exit_value;
     out.flush();  // what one hive gave is safe from whatever the next one does
   }
-  return 0;
+  return exit_value;
 }
 
 }  // namespace ovrik

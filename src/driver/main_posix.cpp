@@ -3,6 +3,7 @@
 #include <csignal>
 
 #include "driver/run.h"
+#include "output/unbroken.h"
 
 namespace {
 
@@ -20,5 +21,8 @@ int main(int argc, char** argv) {
   occupy_standard_streams();
   // A reader that goes away is a failed write, which is said, and not the end of the program.
   std::signal(SIGPIPE, SIG_IGN);
+  // So is a file that may not grow any further.
+  std::signal(SIGXFSZ, SIG_IGN);
+  uni::end_with_whole_rows();
   return ovrik::run(ovrik::argument_list(argv, argv + argc));
 }

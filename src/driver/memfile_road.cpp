@@ -3,20 +3,18 @@
 #include <cinttypes>
 #include <string>
 
+#include "driver/chunk_folder.h"
 #include "driver/host/console.h"
 #include "driver/host/host_console.h"
 #include "hive/carving/chunk_reassembly.h"
 #include "hive/carving/chunk_scanner.h"
 #include "hive/carving/chunk_stats.h"
 #include "output/streams.h"
-#include "sources/host/host_path.h"
 #include "sources/host/lv_portable_dir.h"
 
 namespace ovrik {
 
 namespace {
-
-constexpr const char* chunk_folder = "out3";
 
 /// Says what the carver comes across.
 class carving_words : public carve_listener {
@@ -61,13 +59,22 @@ class carving_words : public carve_listener {
   uint64_t m_percent = 0;
 };
 
-/// A file in the folder of chunks. One that would take the place of a file that this run needs for
-/// something else is not opened, and nothing written to it arrives.
+/// True if this run needs the file at `path` for something else.
+bool is_needed(const std::string& path, const carving_request& request,
+               const diagnostics_log& log) {
+  return lvportdir::same_file(path, request.source_path) ||
+         lvportdir::same_file(path, request.results_path) ||
+         lvportdir::same_file(path, log.diag_path);
+}
+
+/// A file in the folder of chunks. One that would take the place of a file that no run of carving
+/// left, or that this run needs for something else, is not opened, and nothing written to it
+/// arrives.
 class carved_file {
  public:
   carved_file(const std::string& name, const carving_request& request, diagnostics_log& log)
-      : m_path(std::string(chunk_folder) + host_separator() + name) {
-    m_spared = is_needed(request, log);
+      : m_path(chunk_folder_path(name)) {
+    m_spared = is_needed(m_path, request, log) || is_foreign_in_chunk_folder(name);
     if (m_spared) return;
     lvportdir::remove_plain_file(m_path);
     m_file.open_new(m_path);
@@ -87,12 +94,6 @@ class carved_file {
   }
 
  private:
-  bool is_needed(const carving_request& request, const diagnostics_log& log) const {
-    return lvportdir::same_file(m_path, request.source_path) ||
-           lvportdir::same_file(m_path, request.results_path) ||
-           lvportdir::same_file(m_path, log.diag_path);
-  }
-
   std::string m_path;
   bool m_spared = false;
   uni::fileio m_file;
@@ -103,6 +104,14 @@ class carved_files {
  public:
   carved_files(const scanned_source& source, const carving_request& request, diagnostics_log& log)
       : m_source(source), m_request(request), m_log(log) {}
+
+  /// Removes what earlier runs left: their chunks are no pages of this run's list.
+  void remove_earlier() const {
+    for (const std::string& name : earlier_chunk_files()) {
+      const std::string path = chunk_folder_path(name);
+      if (!is_needed(path, m_request, m_log)) lvportdir::remove_plain_file(path);
+    }
+  }
 
   void write_stats(const carved_cache& carved) {
     carved_file stats("stats.txt", m_request, m_log);
@@ -160,6 +169,7 @@ int32_t run_memfile_road(const carving_request& request, diagnostics_log& log) {
   if (!are_bins_in_place(source)) return -1;
   const carved_cache carved = reassemble(source, words);
   carved_files files(source, request, log);
+  files.remove_earlier();
   files.write_stats(carved);
   files.write_chunks(carved.primary, ".bin");
   files.write_chunks(carved.other, "_other.bin");

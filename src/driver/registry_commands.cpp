@@ -149,6 +149,8 @@ class hive_printing {
       any_rows = write_hit(section, hit) || any_rows;
     });
     if (any_rows && !facts_of(writer.settings().form).header_once) writer.out() << '\n';
+    // A live check of the next command ends the run, and costs nothing of this one.
+    if (any_hit) writer.out().flush();
     if (any_hit) m_any_found = true;
   }
 

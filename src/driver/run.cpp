@@ -8,6 +8,7 @@
 #include "driver/host/console.h"
 #include "driver/list_road.h"
 #include "driver/memfile_road.h"
+#include "driver/memory_end.h"
 #include "driver/opened_source.h"
 #include "driver/options/command_line.h"
 #include "driver/options/parse_options.h"
@@ -25,6 +26,13 @@ bool prepare_run(const parsed_options& parsed, diagnostics_log& log, opened_sour
   if (!prepare_outputs(log, parsed.options)) return false;
   print_message("%s", parsed.words.c_str());
   return parsed.valid && open_source(source, parsed.options.source, log);
+}
+
+/// What the run reads, in a word.
+std::string source_name(const run_options& options) {
+  if (!options.source.path.empty()) return options.source.path;
+  if (!options.source.vmdk_files.empty()) return options.source.vmdk_files.front();
+  return options.list.from_folder ? options.list.folder : "the list";
 }
 
 /// What the end of the run needs to know.
@@ -81,7 +89,10 @@ int32_t run(argument_list args) {
   diagnostics_log log;
   opened_source source;
   results_stream standard_output;
-  if (!prepare_run(parsed, log, source)) {
+  const bool prepared = unless_memory_ends(source_name(options), [&] {
+                          return prepare_run(parsed, log, source) ? 0 : -1;
+                        }) == 0;
+  if (!prepared) {
     standard_output.out() << header_text << '\n';
     standard_output.finish();
     return -1;
@@ -97,7 +108,9 @@ int32_t run(argument_list args) {
   // The header goes out at once: -extract puts a value in its place, in the same file.
   out << header_text << std::endl;
 
-  int32_t exit_value = take_road(options, source, out, standard_output.out(), log);
+  int32_t exit_value = unless_memory_ends(source_name(options), [&] {
+    return take_road(options, source, out, standard_output.out(), log);
+  });
   if (options.results.given && !results_file.finish()) exit_value = -1;
   if (!standard_output.finish()) exit_value = -1;
   return exit_value;

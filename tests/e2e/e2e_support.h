@@ -71,6 +71,14 @@ inline words behind(const std::string& label, const std::string& text) {
   return found;
 }
 
+/// What is said of an output that the run must not write to.
+inline std::string spared(const std::string& path, const std::string& reason) {
+  return "prob opening file " + path + " for output, aborting\n" + path +
+         " is left as it is: " + reason + "\n";
+}
+
+inline const std::string is_source = "it is, or lies behind, a source of this run";
+
 /// How a run ends: what it says, what it gives behind the header, its exit value.
 struct ending {
   shell_words arguments;

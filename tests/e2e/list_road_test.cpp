@@ -41,6 +41,18 @@ TEST_F(list_road, takes_every_name_that_a_file_can_have) {
   EXPECT_NE(result.out.find("\n\"command line: <filelist> ... | "), std::string::npos);
 }
 
+TEST_F(list_road, a_name_that_looks_like_a_variable_is_a_name_where_a_file_has_it) {
+  shell(
+      "mkdir -p r/%HERE% deep; cp good r/%HERE%/SYSTEM; cp good %HERE%; cp good deep/y;"
+      "cp good r/%HERE%/%HERE%");
+  const run_options given = {.input = "%HERE%\n%HERE%/y\n", .environment = "HERE=deep"};
+  EXPECT_EQ(behind(hive_label, run("-pipe", given).out), (words{"%HERE%", "deep/y"}));
+  EXPECT_EQ(behind(hive_label, run("-enumdir r -num_subdirs 1", given).out),
+            (words{host_path("r/%HERE%/SYSTEM"), host_path("r/%HERE%/%HERE%")}));
+  put_file("%HERE%", seven_cache());
+  EXPECT_EQ(behind("Binary source: ", run("-pipe_binary", given).out), words{"%HERE%"});
+}
+
 TEST_F(list_road, passes_over_what_is_no_system_hive) {
   put_file("text", bytes(5000, 'x'));
   put_file("sam", hive_builder("SAM").bytes());
@@ -156,8 +168,7 @@ TEST_F(list_road, reads_raw_values_by_list_with_filters_and_date_window) {
                "create time\n0|entry# 0; C:\\x.exe|0||0|0|0|0|1660537441|0|0\n\n",
            0}},
          given);
-  expect({{"-pipe_binary -out new.bin", "prob opening file new.bin for output, aborting\n"}},
-         given);
+  expect({{"-pipe_binary -out new.bin", spared("new.bin", "it begins like evidence")}}, given);
   EXPECT_TRUE(
       run_ovrik("-pipe_binary", given).err.starts_with("\x1b[2K\r    \ranalyzing: ..new.bin\r"));
   EXPECT_NE(text("d").find("Analyzing: new.bin\n successfully processed [hdrs: 0]\n"

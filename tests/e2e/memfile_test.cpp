@@ -149,13 +149,41 @@ TEST_F(memfile, evidence_in_the_folder_of_chunks_stays) {
   EXPECT_TRUE(as_text(content("out3/stats.txt")).starts_with("run time: "));
 }
 
+TEST_F(memfile, chunks_of_another_source_do_not_stay) {
+  const bytes hive = system_hive_with(cache_of_segments(7, 3)).bytes();
+  put_file("hive", hive);
+  put_file("raw", strewn(cache_of_segments(7, 3)));
+  put_file("zeros", bytes(10000));
+  EXPECT_EQ(0, run({"-memfile", "hive"}).exit_status);
+  const std::set<std::string> kept = {"chunk_01.bin", "chunk_.bin", "chunk_1.bin.old", "notes.txt",
+                                      "chunk_9_other.bin"};
+  for (const std::string& name : kept) put_file("out3/" + name, as_bytes("kept"));
+  put_file("out3/chunk_9_other.bin", hive);  // no chunk, whatever its name
+  put_file("out3/chunk_10.bin", as_bytes("old"));
+  fs::create_directory(folder.path("out3/chunk_2.bin"));
+  const auto before = carved();
+  EXPECT_EQ(failure, run({"-memfile", "zeros"}).exit_status);
+  EXPECT_EQ(before, carved());  // this run has nothing in their place
+
+  EXPECT_EQ(0, run({"-memfile", "raw"}).exit_status);
+  std::set<std::string> left = kept;
+  left.insert({"chunk_0_other.bin", "chunk_2.bin", "stats.txt"});
+  EXPECT_EQ(left, carved());
+  EXPECT_TRUE(hive == content("out3/chunk_9_other.bin"));
+
+  put_file("out3/chunk_0_other.bin", hive);
+  EXPECT_EQ("prob writing " + host_path("out3/chunk_0_other.bin") + "\n",
+            run({"-memfile", "raw"}).err);
+  EXPECT_TRUE(hive == content("out3/chunk_0_other.bin"));
+}
+
 TEST_F(memfile, a_chunk_that_does_not_arrive_is_a_failure) {
   put_file("raw", strewn(cache_of_segments(7, 3)));
-  // Files may grow to 8 blocks of 512 bytes, and no signal tells.
-  const run_result result = run_program("/bin/sh",
-                                        {"-c", "trap '' XFSZ; ulimit -f 8; exec \"$0\" \"$@\"",
-                                         OVRIK_PROGRAM, "-quiet", "-memfile", "raw"},
-                                        {.folder = folder.path()});
+  // Files may grow to 8 blocks of 512 bytes.
+  const run_result result = run_program(
+      "/bin/sh",
+      {"-c", "ulimit -f 8; exec \"$0\" \"$@\"", OVRIK_PROGRAM, "-quiet", "-memfile", "raw"},
+      {.folder = folder.path()});
   EXPECT_EQ("prob writing out3/stats.txt\nprob writing out3/chunk_0_other.bin\n", result.err);
   EXPECT_EQ(failure, result.exit_status);
 }

@@ -175,8 +175,9 @@ TEST_F(roads, evidence_is_never_written_to) {
         "-hive -csv sets.hiv", "-hive -base10 sets.hiv", "-hive x -hive sets.hiv"}) {
     for (const std::string output : {"-out ", "-outfile ", "-diags "}) {
       for (const std::string name : {"sets.hiv", "soft", "hard"}) {
+        const bool read = source != "-hive x -hive sets.hiv";
         expect({{source + " " + output + name,
-                 "prob opening file " + name + " for output, aborting\n"}});
+                 spared(name, read ? is_source : "an argument that no option took names it")}});
         ASSERT_TRUE(evidence == content("sets.hiv"));
       }
     }
@@ -184,13 +185,57 @@ TEST_F(roads, evidence_is_never_written_to) {
   if (is_windows_program()) {
     for (const std::string name : {"sets.hiv:new", "./sets.hiv:new:$DATA", "sets.hiv::$DATA",
                                    "\\\\.\\PhysicalDrive0", "\\\\.\\C:"}) {
+      const std::string refused = spared(host_path(name), "it begins like evidence");
+      const bool device = name.starts_with('\\');  // not opened, whatever it holds
       expect({{"-pipe -out '" + name + "'",
-               "prob opening file " + host_path(name) + " for output, aborting\n"}});
+               refused.substr(0, device ? refused.find('\n') + 1 : std::string::npos)}});
     }
   }
   run("-hive sets.hiv -all_controlsets -inc_slack -out new");
   run("-extract sets.hiv -diags diags -profile");
   EXPECT_EQ(before, state_of("sets.hiv"));
+}
+
+TEST_F(roads, nothing_but_its_own_is_replaced) {
+  shell(
+      "mkdir tree; cp sets.hiv tree/SYSTEM; echo kept | tee tree/x > aside; ln aside tree/hard;"
+      "echo sets.hiv > list");
+  const std::string before = state_of("tree/* list");
+  const std::string walked = "it lies in the folder of -enumdir";
+  const std::string shared = "it is to take the results and the diagnostics";
+  for (const std::string option : {"-out ", "-diags "}) {
+    expect({{"-enumdir tree " + option + "tree/x", spared(host_path("tree/x"), walked)},
+            {"-enumdir ./tree " + option + "aside", spared("aside", walked)},
+            {"-pipe " + option + "list < list", spared("list", "it is the standard input")}});
+  }
+  EXPECT_EQ(before, state_of("tree/* list"));
+
+  // One file for both is refused before it is there and afterwards, whatever it is called.
+  for (int time = 0; time < 2; ++time) {
+    expect({{"-hive sets.hiv -diags X -out X", spared("X", shared)},
+            {"-extract sets.hiv -diags ./X -out X", spared("./X", shared)}});
+  }
+  expect({{"-hive sets.hiv -diags X > X", spared("X", shared), "no header: "}});
+
+  // The names of results in other places of the line take nothing from a second run.
+  for (const std::string line : {"-out r -outfile r", "-csv_separator tab -out tab",
+                                 "-hostname h -out h", "-out /dev/null -diags /dev/null"}) {
+    for (int time = 0; time < 2; ++time) expect({{"-hive sets.hiv " + line, "", nothing, 0}});
+  }
+}
+
+TEST_F(roads, the_file_behind_a_loop_device_is_evidence) {
+  if (is_windows_program()) GTEST_SKIP() << "no loop devices";
+  shell("truncate -s 1M vol.img");
+  const run_result made =
+      run_program("losetup", "-r --find --show vol.img", {.folder = folder.path()});
+  if (made.exit_status != 0) GTEST_SKIP() << "no loop devices";
+  const std::string device = made.out.substr(0, made.out.find('\n'));
+  const std::string before = state_of("vol.img");
+  expect({{"-image " + device + " -out vol.img", spared("vol.img", is_source)},
+          {"-vmdk " + device + " -diags vol.img", spared("vol.img", is_source)}});
+  EXPECT_EQ(before, state_of("vol.img"));
+  shell("losetup -d " + device);
 }
 
 TEST_F(roads, samples_and_real_evidence_have_their_rows) {

@@ -5,6 +5,7 @@
 
 #include "base/windows_api_win32.h"
 #include "driver/host/host_console.h"
+#include "output/unbroken.h"
 #include "output/utf8_locale_win32.h"
 
 namespace ovrik {
@@ -18,8 +19,10 @@ void put_back() {
   console_text.reset();
 }
 
-/// Restores the console, then lets the next handler run.
+/// Writes the rows that are whole and restores the console, then lets the next handler run, which
+/// ends the process.
 BOOL WINAPI on_control_event(DWORD /*event*/) {
+  uni::end_rows();
   put_back();
   return FALSE;
 }

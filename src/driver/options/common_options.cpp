@@ -39,14 +39,13 @@ bool refuse(option_reading& reading, const std::string& /*value*/) {
 }
 
 bool take_diagnostics_file(option_reading& reading, const std::string& value) {
-  reading.options.diagnostics = {.given = true, .path = value, .beside = reading.args};
+  reading.options.diagnostics = {.given = true, .path = value};
   return true;
 }
 
 bool take_results_file(option_reading& reading, const std::string& value) {
   reading.options.results = {.given = true,
-                             .path = with_host_separators(expand_path_variables(value)),
-                             .beside = reading.args};
+                             .path = with_host_separators(expand_path_variables(value))};
   return true;
 }
 

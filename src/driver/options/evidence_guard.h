@@ -3,12 +3,13 @@
 
 #include <string>
 
-#include "driver/options/option_scan.h"
+#include "driver/options/run_options.h"
 
 namespace ovrik {
 
-/// True if `path` is not a file that the arguments left in `args` name, under whatever name or
-/// link. False: it is one, which has been said on standard error.
-bool is_free_of_evidence(const std::string& path, const argument_list& args);
+/// Why the run must not write to `path`, as a line without its end: it leads, under whatever name
+/// or link, to a source of the run, to a file that an argument which no option took names, or to
+/// what looks like evidence. Empty if nothing speaks against it.
+std::string reason_to_spare(const std::string& path, const run_options& options);
 
 }  // namespace ovrik

@@ -27,6 +27,14 @@ run_road road_of(const named_modes& modes, const run_options& options) {
   return list ? run_road::list : run_road::none;
 }
 
+/// Takes the file of a mode that reads it as it is.
+bool take_raw_file(const char* name, option_reading& reading) {
+  std::string& path = reading.options.source.path;
+  if (!take_option(name, path, reading.args)) return false;
+  reading.options.named_sources.push_back(path);
+  return true;
+}
+
 /// Reads all options in their order. False: the run must stop.
 bool read_options(option_reading& reading) {
   if (reading.args.empty()) return false;
@@ -41,8 +49,8 @@ bool read_options(option_reading& reading) {
   if (take_option("-offset", value, args)) parse_u64(value, options.source.volume_offset);
   options.all_controlsets = take_flag("-all_controlsets", args);
   // Both keep their file where the other one's may stand too: the last one read counts.
-  modes.binary = take_option("-binary", options.source.path, args);
-  modes.memfile = take_option("-memfile", options.source.path, args);
+  modes.binary = take_raw_file("-binary", reading);
+  modes.memfile = take_raw_file("-memfile", reading);
   modes.pipe_binary = take_flag("-pipe_binary", args);
   if (!modes.pipe_binary && !read_source_option(reading)) return false;
   options.road = road_of(modes, options);
@@ -58,6 +66,7 @@ parsed_options parse_options(argument_list args) {
   option_reading reading;
   reading.args = std::move(args);
   const bool valid = read_options(reading);
+  reading.options.unread = std::move(reading.args);
   return {std::move(reading.options), valid, std::move(reading.words)};
 }
 

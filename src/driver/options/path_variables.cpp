@@ -3,6 +3,7 @@
 #include "base/text.h"
 #include "driver/host/environment.h"
 #include "sources/disk/shadow_copy.h"
+#include "sources/host/fileio.h"
 
 namespace ovrik {
 
@@ -42,6 +43,11 @@ std::string expand_path_variables(std::string path) {
   for (int i = 0; i < most_replacements && replace_first_variable(path); ++i) {
   }
   return path;
+}
+
+std::string path_of_list_line(const std::string& line) {
+  const bool may_change = line.find('%') != std::string::npos;
+  return may_change && !uni::file_opens(line) ? expand_path_variables(line) : line;
 }
 
 }  // namespace ovrik

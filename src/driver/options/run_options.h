@@ -17,8 +17,7 @@ namespace ovrik {
 /// A file that the run writes text to.
 struct named_output {
   bool given = false;
-  std::string path;      ///< UTF-8
-  argument_list beside;  ///< what was still to be read of the command line; may name evidence
+  std::string path;  ///< UTF-8
 };
 
 /// The options that name one hive, directly or by what it lies in. The first that is there counts.
@@ -47,6 +46,9 @@ enum class run_road { pipe_binary, binary, memfile, hive, vmdk, list, none };
 
 struct run_options {
   std::string command_line;  ///< all arguments, joined
+  /// What the line names as sources, word by word, also where another one goes before it.
+  std::vector<std::string> named_sources;
+  argument_list unread;  ///< the program path and what no option took; may name evidence too
   run_road road = run_road::none;
   source_options source;
   list_options list;

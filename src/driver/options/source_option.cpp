@@ -81,6 +81,7 @@ bool read_source_option(option_reading& reading) {
                                           : take_flag(option.name, reading.args);
     if (!present) continue;
     reading.options.source.kind = option.kind;
+    if (option.has_value) reading.options.named_sources.push_back(value);
     return option.effect(reading, value);
   }
   return true;

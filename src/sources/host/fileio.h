@@ -42,6 +42,9 @@ class fileio {
 
   bool is_open() const { return m_file != no_host_file; }
 
+  /// True if this object has opened the file, which is no standard stream then.
+  bool is_own() const { return is_open() && m_owned; }
+
   /// Size of the file in bytes; 0 if it has none (a pipe) or the object is closed.
   uint64_t length() const { return is_open() ? host_file_length(m_file) : 0; }
 
@@ -60,6 +63,12 @@ class fileio {
   /// Makes a file that is shorter `size` bytes long; what is added reads as zeros and takes no room
   /// where the host can leave it out. False: the system does not do it.
   bool extend(uint64_t size) { return is_open() && extend_host_file(m_file, size); }
+
+  /// Cuts a file that this object has opened behind its first `size` bytes; one that is shorter
+  /// stays as it is. False: the system does not do it, as for a pipe, or it is a standard stream.
+  bool cut(uint64_t size) {
+    return is_own() && (length() <= size || extend_host_file(m_file, size));
+  }
 
   /// Closes the file. False: the system says that something written did not arrive.
   bool close();

@@ -44,7 +44,8 @@ void seek_host_file_end(host_file file);
 /// reported an error.
 bool write_host_file(host_file file, const uint8_t* bytes, size_t size, size_t& put);
 
-/// Makes a shorter file `size` bytes long, with a hole where the host has holes.
+/// Makes a file `size` bytes long: a longer one is cut, a shorter one gets a hole where the host
+/// has holes.
 bool extend_host_file(host_file file, uint64_t size);
 
 }  // namespace uni

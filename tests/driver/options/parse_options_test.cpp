@@ -76,8 +76,7 @@ TEST(parse_options, a_refused_line_holds_what_stood_in_front) {
   const parsed_options late = parse("ovrik -cmd_start_time x -out r -outfile s -image i");
   EXPECT_FALSE(late.valid);
   EXPECT_EQ(late.options.results.path, "r");
-  EXPECT_EQ(late.options.results.beside,
-            (argument_list{"ovrik", "-cmd_start_time", "x", "-outfile", "s", "-image", "i"}));
+  EXPECT_EQ(late.options.unread, (argument_list{"ovrik", "-outfile", "s", "-image", "i"}));
 }
 
 TEST(parse_options, sources_take_their_offsets_and_sizes) {

@@ -75,4 +75,24 @@ TEST_F(fileio, a_stream_is_written_when_the_block_is_full_and_at_the_end) {
   nowhere << text << text << std::flush;
 }
 
+TEST_F(fileio, a_stream_hands_whole_rows_on) {
+  ASSERT_TRUE(file.open_write(dir.path("out")));
+  uni::fileio_output out(file);
+  const auto written = [&] { return as_text(read_file(dir.path("out"))); };
+  const std::string rows(0x3FFF0, 'r');
+  out << rows + "\n"
+      << "begun ";
+  EXPECT_EQ(written(), "");
+  const std::string next = "a long end\n\n";
+  out << next;  // the row that has begun does not fit with its end
+  EXPECT_TRUE(written() == rows + "\n");
+  const std::string many = rows + "\n" + rows + "\n" + rows;
+  out << many;
+  EXPECT_TRUE(written() == rows + "\nbegun " + next + rows + "\n" + rows + "\n");
+  out << "\nlast\n"
+      << "cut";
+  uni::end_rows();
+  EXPECT_TRUE(written() == rows + "\nbegun " + next + many + "\nlast\n");
+}
+
 }  // namespace
