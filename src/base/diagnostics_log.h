@@ -15,7 +15,8 @@ struct diagnostics_log {
   std::string diag_path;
 };
 
-/// Writes the formatted text, as `clean_text` makes it, and a line end to the diagnostics file, if there is one.
+/// Writes the formatted text, as `clean_text` makes it, and a line end to the diagnostics file, if
+/// there is one.
 void diag_printf(diagnostics_log& log, const char* format, ...)
     __attribute__((format(printf, 2, 3)));
 
