@@ -7,6 +7,7 @@
 #include "driver/vmdk_words.h"
 #include "driver/volume_words.h"
 #include "sources/disk/image_disk.h"
+#include "sources/disk/retried_disk.h"
 #include "sources/disk/vmdk_chain.h"
 #include "sources/disk/volume_choice.h"
 
@@ -15,8 +16,8 @@ namespace ovrik {
 namespace {
 
 /// An image must have an NTFS volume at the offset asked for or, if none was, at its start.
-bool open_image_disk(opened_source& opened, const source_options& source) {
-  opened.disk = open_image(source.path);
+bool open_image_disk(opened_source& opened, const source_options& source, read_faults& faults) {
+  opened.disk = retried_disk(open_image(source.path), source.path, faults);
   if (opened.disk == nullptr) {
     print_message("invalid image: %s\n\n", source.path.c_str());
     return false;
@@ -31,8 +32,8 @@ bool open_image_disk(opened_source& opened, const source_options& source) {
 }
 
 /// The files must make up a disk with an NTFS volume at the offset asked for or anywhere.
-bool open_virtual_disk(opened_source& opened, const source_options& source) {
-  vmdk_chain chain = check_vmdk_chain(source.vmdk_files);
+bool open_virtual_disk(opened_source& opened, const source_options& source, read_faults& faults) {
+  vmdk_chain chain = check_vmdk_chain(source.vmdk_files, faults);
   if (!chain.complete) {
     print_message("%s\n", vmdk_words(chain).c_str());
     if (!chain.files.empty()) {
@@ -55,7 +56,7 @@ bool open_virtual_disk(opened_source& opened, const source_options& source) {
 
 }  // namespace
 
-bool open_source(opened_source& opened, const source_options& source) {
+bool open_source(opened_source& opened, const source_options& source, read_faults& faults) {
   opened.path = source.path;
   opened.volume_offset = source.volume_offset;
   switch (source.kind) {
@@ -64,9 +65,9 @@ bool open_source(opened_source& opened, const source_options& source) {
     case source_kind::shadow_copy:
       return check_shadow_copies();
     case source_kind::image:
-      return open_image_disk(opened, source);
+      return open_image_disk(opened, source, faults);
     case source_kind::vmdk:
-      return open_virtual_disk(opened, source);
+      return open_virtual_disk(opened, source, faults);
     case source_kind::none:
     case source_kind::extract:
     case source_kind::hive:

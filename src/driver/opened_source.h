@@ -7,6 +7,7 @@
 
 #include "driver/options/run_options.h"
 #include "sources/disk/raw_disk_io.h"
+#include "sources/host/read_faults.h"
 
 namespace ovrik {
 
@@ -19,8 +20,8 @@ struct opened_source {
 
 /// Opens the disk of -image and -vmdk and finds the volume on it; finds the hive of the running
 /// system and the right to read it. A hive file opens later: one that does not is no reason to stop
-/// in front of the results. False: the run must stop, for a reason that has been said on standard
-/// error.
-bool open_source(opened_source& opened, const source_options& source);
+/// in front of the results. What of a disk cannot be read goes to `faults`, for as long as the disk
+/// is in use. False: the run must stop, for a reason that has been said on standard error.
+bool open_source(opened_source& opened, const source_options& source, read_faults& faults);
 
 }  // namespace ovrik

@@ -1,13 +1,19 @@
 #include "driver/plain_hive.h"
 
+#include <utility>
+
 #include "base/text.h"
 #include "hive/hive_root.h"
+#include "sources/host/file_source.h"
 
 namespace ovrik {
 
-std::unique_ptr<reg_hive> open_plain_hive(const std::string& path) {
+std::unique_ptr<reg_hive> open_plain_hive(const std::string& path, const hive_opening& opening) {
+  auto file = open_file_source(path);
+  if (file == nullptr) return nullptr;
   bool ok = false;
-  auto hive = std::make_unique<reg_hive>(path, ok);
+  auto hive = std::make_unique<reg_hive>(source_reader(std::move(file), path), limits_of_hive_files,
+                                         opening.faults, ok);
   if (!ok) return nullptr;
   return hive;
 }

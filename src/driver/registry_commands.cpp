@@ -118,7 +118,7 @@ void write_values(const hive_output& output, cache_section section,
 
 void show_analyzing(const hive_output& output, const std::string& title) {
   if (!output.show_progress) return;
-  diag_printf(output.log, "analyzing: %s", title.c_str());
+  diag_printf(output.opening.log, "analyzing: %s", title.c_str());
   show_progress(progress_width, "analyzing: " + title);
 }
 

@@ -24,7 +24,7 @@ ntfs_volume volume_on(std::unique_ptr<RAW_DISK_IO> disk, uint64_t offset) {
 int32_t run_vmdk_road(opened_source& source, const hive_output& output) {
   ntfs_volume volume = volume_on(std::move(source.disk), source.volume_offset);
   if (!volume.mount()) return -1;
-  const auto hive = read_volume_hive(volume, default_hive_path, output.log);
+  const auto hive = read_volume_hive(volume, default_hive_path, output.opening);
   if (hive == nullptr || !is_system_hive(*hive)) return 0;
   if (print_hive(output, *hive, source.path) == hive_outcome::nothing_found) {
     print_problem("probs parsing from %s\n", source.path.c_str());

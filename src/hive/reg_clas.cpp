@@ -1,32 +1,27 @@
 #include "hive/reg_clas.h"
 
 #include <algorithm>
-#include <cstring>
 #include <new>
 #include <utility>
-
-#include "hive/hive_header.h"
 
 namespace ovrik {
 
 namespace {
 
-constexpr uint64_t largest_hive_file = 0x2FFFFFFF;
-constexpr uint64_t header_search_bytes = 0x10000;
 constexpr size_t block_bytes = 0x4000;  // of one load
 
 }  // namespace
 
-reg_hive::reg_hive(const std::string& path, bool& ok) {
+reg_hive::reg_hive(source_reader file, const hive_limits& limits, read_faults& faults, bool& ok)
+    : m_file(std::move(file)), m_faults(&faults) {
   ok = false;
-  if (!m_file.open_read(path)) return;
-  const uint64_t size = m_file.length();
-  if (size <= least_hive_bytes || size > largest_hive_file) return;
+  const uint64_t size = m_file->size();
+  if (size < limits.least || size > limits.most) return;
   m_image.reset(new (std::nothrow) uint8_t[static_cast<size_t>(size)]);
   if (m_image == nullptr) return;
   m_filesize = static_cast<uint32_t>(size);
   m_loaded.resize((m_filesize + block_bytes - 1) / block_bytes);
-  ok = check(bytes_at(0, header_search_bytes));
+  ok = check(bytes_at(0, limits.bin_search));
 }
 
 reg_hive::reg_hive(uni::memory_block&& bytes, bool& ok) : m_whole(std::move(bytes)) {
@@ -65,10 +60,8 @@ void reg_hive::load_blocks(size_t begin, size_t end) const {
     size_t behind = block + 1;  // missing blocks that lie side by side come in one read
     while (behind < end_block && !m_loaded[behind]) ++behind;
     const size_t from = block * block_bytes;
-    const size_t wanted = std::min<size_t>(behind * block_bytes, size()) - from;
-    size_t read = wanted;
-    m_file.read_at(m_image.get() + from, read, from);
-    std::memset(m_image.get() + from + read, 0, wanted - read);
+    size_t wanted = std::min<size_t>(behind * block_bytes, size()) - from;
+    m_file->read(m_image.get() + from, wanted, from, *m_faults);
     for (; block < behind; ++block) m_loaded[block] = true;
   }
 }

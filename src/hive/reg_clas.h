@@ -5,7 +5,7 @@
 //
 // The bytes of a hive have their place in memory from the start, but come from the file block by
 // block when they are first asked for: a run looks at a few hundred cells of a hive of many
-// megabytes. A block that cannot be read is zeros.
+// megabytes. What cannot be read of them is zeros, and is told.
 #pragma once
 
 #include <cstdint>
@@ -15,17 +15,29 @@
 #include <vector>
 
 #include "base/byte_view.h"
-#include "sources/host/fileio.h"
+#include "hive/hive_header.h"
 #include "sources/host/memory_block.h"
+#include "sources/host/read_faults.h"
+#include "sources/host/source_reader.h"
 
 namespace ovrik {
 
+/// What is taken for a hive, in bytes.
+struct hive_limits {
+  uint64_t least;
+  uint64_t most;
+  uint64_t bin_search;  ///< how far from its start the first bin may stand
+};
+
+constexpr hive_limits limits_of_hive_files = {least_hive_bytes + 1, 0x2FFFFFFF, 0x10000};
+
 class reg_hive {
  public:
-  /// Opens the hive file at `path` (UTF-8). `ok` false: it does not open, has 4,496 bytes or fewer
-  /// or more than 0x2FFFFFFF, has no base block or no bin in its first 64 KiB, or there is no
-  /// memory for it; every operation on the hive then fails.
-  reg_hive(const std::string& path, bool& ok);
+  /// Opens the hive that `file` holds. What of it cannot be read goes to `faults`, which is used
+  /// for as long as the hive is. `ok` false: its size is outside the limits, it has no base block
+  /// or no bin where one may stand, or there is no memory for it; every operation on the hive then
+  /// fails.
+  reg_hive(source_reader file, const hive_limits& limits, read_faults& faults, bool& ok);
 
   /// Takes the bytes of a whole hive, of any size up to 2 GiB - 1; its first bin may then stand
   /// anywhere. `ok` false: fewer than 4,496 bytes, no base block or no bin.
@@ -56,9 +68,10 @@ class reg_hive {
   bool check(byte_view searched);
   void load_blocks(size_t begin, size_t end) const;
 
-  uni::fileio m_file;
+  mutable std::optional<source_reader> m_file;
+  read_faults* m_faults = nullptr;  ///< there while `m_file` is
   uint32_t m_filesize = 0;
-  std::unique_ptr<uint8_t[]> m_image;  ///< of a hive file
+  std::unique_ptr<uint8_t[]> m_image;  ///< of what `m_file` holds
   uni::memory_block m_whole;           ///< of a hive that came as bytes
   bool m_usable = false;
   mutable std::vector<bool> m_loaded;  ///< which blocks of the image have come

@@ -6,6 +6,7 @@
 
 #include "base/text.h"
 #include "sources/disk/vmdk_collection.h"
+#include "sources/host/fileio.h"
 #include "sources/host/host_path.h"
 
 namespace ovrik {
@@ -64,8 +65,8 @@ std::string folder_of(const std::string& path) {
 }
 
 /// Opens the file for its descriptor alone.
-bool bears_cid(const std::string& path, const std::string& cid) {
-  vmdk_disk disk;
+bool bears_cid(const std::string& path, const std::string& cid, read_faults& faults) {
+  vmdk_disk disk(faults);
   return disk.open_disk(path) && disk.descriptor().cid == cid;
 }
 
@@ -74,7 +75,7 @@ bool bears_cid(const std::string& path, const std::string& cid) {
 /// last component in `folder`. Of those that can be opened, the first with the right CID counts, or
 /// else the first. Empty: none can be opened.
 std::string place_of_parent(const vmdk_disk& disk, const std::string& hint,
-                            const std::string& folder) {
+                            const std::string& folder, read_faults& faults) {
   const vmdk_descriptor& descriptor = disk.descriptor();
   const bool windows = lower_ascii(descriptor.encoding).find("windows") != std::string::npos;
   const bool is_path = hint.find(windows ? '\\' : '/') != std::string::npos;
@@ -84,18 +85,18 @@ std::string place_of_parent(const vmdk_disk& disk, const std::string& hint,
   std::erase_if(places, [](const std::string& place) { return !can_be_opened(place); });
   if (places.empty()) return "";
   const auto right = std::find_if(places.begin(), places.end(), [&](const std::string& place) {
-    return bears_cid(place, descriptor.parent_cid);
+    return bears_cid(place, descriptor.parent_cid, faults);
   });
   return right == places.end() ? places.front() : *right;
 }
 
 }  // namespace
 
-vmdk_chain check_vmdk_chain(const std::vector<std::string>& paths) {
+vmdk_chain check_vmdk_chain(const std::vector<std::string>& paths, read_faults& faults) {
   vmdk_chain chain;
   chain.files = paths;
   const std::string folder = paths.empty() ? "" : folder_of(paths.front());
-  vmdk_collection disks;
+  vmdk_collection disks(faults);
   for (const std::string& path : paths) {
     if (!add_file(disks, path, chain)) return chain;
   }
@@ -112,7 +113,7 @@ vmdk_chain check_vmdk_chain(const std::vector<std::string>& paths) {
       if (chain.complete) chain.disk = make_chain_disk(std::move(disks));
       return chain;
     }
-    const std::string parent = place_of_parent(*links.orphan, hint, folder);
+    const std::string parent = place_of_parent(*links.orphan, hint, folder, faults);
     // A parent that was found once and is still missing bears another CID.
     const bool found_before =
         std::find(chain.files.begin(), chain.files.end(), parent) != chain.files.end();

@@ -38,7 +38,7 @@ class vmdk_chain_disk : public RAW_DISK_IO {
 }  // namespace
 
 bool vmdk_collection::add_disk(const std::string& path) {
-  auto disk = std::make_unique<vmdk_disk>();
+  auto disk = std::make_unique<vmdk_disk>(*m_faults);
   if (!disk->open_disk(path)) return false;
   if (disk->descriptor().is_own_parent()) m_has_own_parent = true;
   const std::string cid = disk->descriptor().cid;

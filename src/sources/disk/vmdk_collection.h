@@ -14,6 +14,9 @@ namespace ovrik {
 /// The opened files, first without and then in an order.
 class vmdk_collection {
  public:
+  /// What of the files cannot be read goes to `faults`.
+  explicit vmdk_collection(read_faults& faults) : m_faults(&faults) {}
+
   /// Opens a file and adds it under its CID. Of two files with the same CID the first one stays.
   /// False: it is no sparse VMDK that can be opened.
   bool add_disk(const std::string& path);
@@ -48,6 +51,7 @@ class vmdk_collection {
   /// Reads what begins at `offset`; returns how many bytes of it are done, never 0.
   size_t read_piece(uint8_t* buffer, const piece& all, uint64_t offset) const;
 
+  read_faults* m_faults;
   std::map<std::string, std::unique_ptr<vmdk_disk>> m_disks;
   bool m_has_own_parent = false;
   std::vector<const vmdk_disk*> m_chain;

@@ -1,6 +1,9 @@
 #include "sources/disk/vmdk_disk.h"
 
 #include <algorithm>
+#include <utility>
+
+#include "sources/host/file_source.h"
 
 namespace ovrik {
 
@@ -25,7 +28,8 @@ constexpr uint64_t largest_descriptor = 0x40000;  // bytes; they are written wit
 // Entries of a grain directory (the sector of a grain table) and of a grain table (of a grain).
 constexpr uint32_t entry_bytes = 4;
 constexpr uint32_t no_sector = 0;
-constexpr uint32_t zeroed_grain = 1;  // in a grain table only
+constexpr uint32_t zeroed_grain = 1;            // in a grain table only
+constexpr uint32_t table_nowhere = 0xFFFFFFFF;  // stands for a directory entry that is not known
 
 /// Turns sectors into bytes. False: they do not fit 63 bits, and no file is that large.
 bool to_bytes(uint64_t sectors, uint64_t& bytes) {
@@ -34,17 +38,41 @@ bool to_bytes(uint64_t sectors, uint64_t& bytes) {
   return true;
 }
 
+/// Puts `mark` in place of the entries that could not be read. They come from `offset` of the file,
+/// and `faults` are those of this read.
+void mark_lost_entries(std::vector<uint8_t>& entries, uint64_t offset, const read_faults& faults,
+                       uint32_t mark) {
+  for (const read_fault& fault : faults.all()) {
+    const uint64_t begin = (fault.offset - offset) / entry_bytes * entry_bytes;
+    const uint64_t end = std::min<uint64_t>(fault.offset - offset + fault.length, entries.size());
+    for (uint64_t at = begin; at < end; ++at) {
+      entries[static_cast<size_t>(at)] = static_cast<uint8_t>(mark >> 8 * (at % entry_bytes));
+    }
+  }
+}
+
 }  // namespace
 
 bool vmdk_disk::open_disk(const std::string& path) {
   m_path = path;
-  return m_file.open_read(path) && read_header();
+  auto file = open_file_source(path);
+  if (file == nullptr) return false;
+  m_file.emplace(std::move(file), path);
+  return read_header();
+}
+
+/// Reads what must be there as a whole. False: the file has nothing there, or it cannot be read.
+bool vmdk_disk::read_whole(std::vector<uint8_t>& bytes, uint64_t size, uint64_t offset) {
+  read_faults faults;
+  const bool read = m_file->read_vector(bytes, size, offset, faults);
+  m_faults.add(faults);
+  return read && faults.empty();
 }
 
 bool vmdk_disk::read_header() {
-  m_file_size = m_file.length();
+  m_file_size = m_file->size();
   std::vector<uint8_t> header;
-  if (!m_file.read_vector(header, header_bytes, 0) || header.size() < header_bytes) return false;
+  if (!read_whole(header, header_bytes, 0) || header.size() < header_bytes) return false;
   const byte_view view(header);
   if (!view.text_at(0, magic)) return false;
   m_entries_per_table = view.u32_at(table_entries_at);
@@ -60,7 +88,7 @@ bool vmdk_disk::read_header() {
   }
   std::vector<uint8_t> text;
   descriptor_size = std::min(descriptor_size, largest_descriptor);
-  if (!m_file.read_vector(text, descriptor_size, descriptor)) return false;
+  if (!read_whole(text, descriptor_size, descriptor)) return false;
   m_descriptor = parse_vmdk_descriptor(byte_view(text));
   return m_grain_bytes != 0 && m_entries_per_table != 0 && read_tables(directory, overhead);
 }
@@ -70,10 +98,9 @@ bool vmdk_disk::read_tables(uint64_t directory_at, uint64_t overhead) {
   // The directory ends where the table that it names first begins.
   std::vector<uint8_t> bytes;
   uint64_t first_table = 0;
-  if (!m_file.read_vector(bytes, entry_bytes, directory_at) ||
+  if (!read_whole(bytes, entry_bytes, directory_at) ||
       !to_bytes(byte_view(bytes).u32_at(0), first_table) || first_table >= overhead ||
-      first_table <= directory_at ||
-      !m_file.read_vector(bytes, first_table - directory_at, directory_at)) {
+      first_table <= directory_at || !read_whole(bytes, first_table - directory_at, directory_at)) {
     return false;
   }
   // Tables may overlap: no more bytes of them are read than the file has.
@@ -97,7 +124,11 @@ void vmdk_disk::read_table(grain_table& table, uint64_t offset, uint64_t& bytes_
   table.first = static_cast<uint32_t>(m_grains.size());
   uint64_t zeros = 0;  // entries without a sector, in front of the next one that has one
   std::vector<uint8_t> piece;
-  while (wanted != 0 && m_file.read_vector(piece, std::min(wanted, piece_bytes), offset)) {
+  read_faults faults;
+  while (wanted != 0 && m_file->read_vector(piece, std::min(wanted, piece_bytes), offset, faults)) {
+    mark_lost_entries(piece, offset, faults, zeroed_grain);
+    m_faults.add(faults);
+    faults.clear();
     const byte_view entries(piece);
     for (size_t at = 0; entries.has(at, entry_bytes); at += entry_bytes) {
       const uint32_t sector = entries.u32_at(at);
@@ -111,6 +142,7 @@ void vmdk_disk::read_table(grain_table& table, uint64_t offset, uint64_t& bytes_
     wanted -= piece.size();
     bytes_left -= piece.size();
   }
+  m_faults.add(faults);
   table.count = static_cast<uint32_t>(m_grains.size() - table.first);
   table.known = table.count + zeros;
 }
@@ -131,7 +163,7 @@ grain_state vmdk_disk::vmdk_locate(uint64_t offset, uint64_t& file_offset) const
 }
 
 size_t vmdk_disk::read(uint8_t* buffer, size_t size, uint64_t file_offset) const {
-  m_file.read_at(buffer, size, file_offset);
+  m_file->read(buffer, size, file_offset, m_faults);
   return size;
 }
 

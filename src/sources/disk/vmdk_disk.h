@@ -2,11 +2,13 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "sources/disk/vmdk_descriptor.h"
-#include "sources/host/fileio.h"
+#include "sources/host/read_faults.h"
+#include "sources/host/source_reader.h"
 
 namespace ovrik {
 
@@ -20,6 +22,9 @@ enum class grain_state {
 
 class vmdk_disk {
  public:
+  /// What of the file cannot be read goes to `faults`.
+  explicit vmdk_disk(read_faults& faults) : m_faults(faults) {}
+
   /// Opens the file at `path` (UTF-8) and reads its header, its descriptor and its grain tables.
   /// False: it does not open, is no such file, or its header or grain directory makes no sense.
   /// Grains whose table entry cannot be read count as zeros: whether this file or an older one
@@ -40,8 +45,8 @@ class vmdk_disk {
   /// `file_offset` becomes the offset of that byte in the file.
   grain_state vmdk_locate(uint64_t offset, uint64_t& file_offset) const;
 
-  /// Reads up to `size` bytes at `file_offset`. Returns the count that came, short at the end of
-  /// the file and where it cannot be read.
+  /// Reads up to `size` bytes at `file_offset`. Returns how many of them the file has, short at its
+  /// end; what of them cannot be read is zeros.
   size_t read(uint8_t* buffer, size_t size, uint64_t file_offset) const;
 
  private:
@@ -54,9 +59,11 @@ class vmdk_disk {
 
   bool read_header();
   bool read_tables(uint64_t directory_at, uint64_t overhead);
+  bool read_whole(std::vector<uint8_t>& bytes, uint64_t size, uint64_t offset);
   void read_table(grain_table& table, uint64_t offset, uint64_t& bytes_left);
 
-  uni::fileio m_file;
+  read_faults& m_faults;
+  mutable std::optional<source_reader> m_file;  ///< there once the disk is open
   std::string m_path;
   vmdk_descriptor m_descriptor;
   uint64_t m_file_size = 0;
