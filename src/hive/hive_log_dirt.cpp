@@ -23,7 +23,6 @@ uint64_t up_to_whole_pages(uint64_t size) {
 
 void scan_dirty_vector(scanned_log& log, byte_view bytes) {
   log.kind = log_kind::dirty_pages;
-  log.end_at = base_block_bytes;
   const uint32_t bins_bytes = log.base->bins_bytes;
   if (bins_bytes % bin_alignment != 0 || log.base->sequence1 != log.base->sequence2) {
     log.end = bins_bytes % bin_alignment != 0 ? log_end::bad_size : log_end::number;

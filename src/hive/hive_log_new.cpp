@@ -76,7 +76,6 @@ log_end read_entry(scanned_log& log, byte_view rest, uint32_t& size) {
 
 void scan_log_entries(scanned_log& log, byte_view bytes) {
   log.kind = log_kind::entries;
-  log.end_at = base_block_bytes;
   for (;;) {
     uint32_t size = 0;
     log.end = read_entry(log, bytes.from(log.end_at), size);
