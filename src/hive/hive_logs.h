@@ -71,7 +71,7 @@ class hive_replay {
   /// False: the hive reads as if there were no log.
   bool changes() const { return !m_patch.empty(); }
 
-  /// Overwrites what the logs replace in the `size` bytes of `buffer`, read from the hive (or
+  /// Overwrites what the logs replace in the `count` bytes of `buffer`, read from the hive (or
   /// zeros, where it has none) at the file offset `offset`.
   void apply(uint64_t offset, uint8_t* buffer, size_t count) const {
     m_patch.apply(offset, buffer, count);
