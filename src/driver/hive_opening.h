@@ -6,10 +6,11 @@
 
 namespace ovrik {
 
-/// Both are used for as long as the hive is.
+/// Both of the references are used for as long as the hive is.
 struct hive_opening {
-  diagnostics_log& log;  ///< what there is to tell of the way to the hive
-  read_faults& faults;   ///< what of the evidence cannot be read
+  diagnostics_log& log;    ///< what there is to tell of the way to the hive
+  read_faults& faults;     ///< what of the evidence cannot be read
+  bool with_logs = false;  ///< what its transaction logs hold is laid over it
 };
 
 }  // namespace ovrik

@@ -9,7 +9,8 @@
 
 namespace ovrik {
 
-/// Opens the hive file at `path`. Nothing: it does not open or is no hive.
+/// Opens the hive file at `path`, with the logs beside it if that is asked for. Nothing: it does
+/// not open or is no hive.
 std::unique_ptr<reg_hive> open_plain_hive(const std::string& path, const hive_opening& opening);
 
 /// True if the kind name of the hive is that of a SYSTEM hive.

@@ -41,7 +41,7 @@ void prepare_end(cmdline_ctx& context, const run_options& options, const diagnos
 /// Takes the one road that the options choose.
 int32_t take_road(const run_options& options, opened_source& source, std::ostream& out,
                   std::ostream& standard_output, const hive_opening& opening) {
-  auto& [log, faults] = opening;
+  auto& [log, faults, with_logs] = opening;
   row_writer writer(out, options.rows);
   const bool extracts = options.shim.raw_mode && options.results.given;
   const hive_output output = {.writer = writer,
@@ -103,7 +103,8 @@ int32_t run(argument_list args) {
   // The header goes out at once: -extract puts a value in its place, in the same file.
   out << header_text << std::endl;
 
-  int32_t exit_value = take_road(options, source, out, standard_output.out(), {log, faults});
+  int32_t exit_value =
+      take_road(options, source, out, standard_output.out(), {log, faults, options.with_logs});
   if (say_read_faults(faults, log)) exit_value = -1;
   if (options.results.given && !results_file.finish()) exit_value = -1;
   if (!standard_output.finish()) exit_value = -1;

@@ -35,7 +35,7 @@ std::string last_component_of(byte_view field) {
 }  // namespace
 
 std::optional<base_block> read_base_block(byte_view bytes) {
-  if (!bytes.has(0, base_block_bytes) || !bytes.text_at(0, "regf") ||
+  if (!bytes.has(0, sealed_base_bytes) || !bytes.text_at(0, "regf") ||
       bytes.u32_at(checksum_at) != checksum_of(bytes)) {
     return std::nullopt;
   }

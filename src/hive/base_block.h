@@ -10,7 +10,7 @@
 namespace ovrik {
 
 /// Size in bytes of what the checksum covers, and of the copy at the start of a log.
-constexpr uint32_t base_block_bytes = 512;
+constexpr uint32_t sealed_base_bytes = 512;
 
 /// Where the bins stand that offsets in logs count from.
 constexpr uint32_t log_bins_at = 0x1000;

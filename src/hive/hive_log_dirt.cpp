@@ -9,7 +9,7 @@ namespace {
 
 constexpr uint32_t page_bytes = 512;
 constexpr uint32_t bin_alignment = 4096;
-constexpr uint64_t bits_at = base_block_bytes + 4;  // behind "DIRT"
+constexpr uint64_t bits_at = sealed_base_bytes + 4;  // behind "DIRT"
 
 bool is_dirty(byte_view bytes, uint64_t page) {
   return (bytes.u8_at(bits_at + page / 8) >> (page % 8) & 1) != 0;

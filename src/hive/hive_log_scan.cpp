@@ -7,9 +7,9 @@ scanned_log scan_hive_log(byte_view bytes) {
   log.base = read_base_block(bytes);
   if (!log.base) return log;
   log.end = log_end::no_more;
-  log.end_at = base_block_bytes;
-  if (bytes.text_at(base_block_bytes, "HvLE")) scan_log_entries(log, bytes);
-  if (bytes.text_at(base_block_bytes, "DIRT")) scan_dirty_vector(log, bytes);
+  log.end_at = sealed_base_bytes;
+  if (bytes.text_at(sealed_base_bytes, "HvLE")) scan_log_entries(log, bytes);
+  if (bytes.text_at(sealed_base_bytes, "DIRT")) scan_dirty_vector(log, bytes);
   return log;
 }
 

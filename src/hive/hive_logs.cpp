@@ -110,7 +110,7 @@ log_standing log_chain::standing_by_itself(size_t index) const {
   const byte_view bytes(m_result.m_bytes[index]);
   if (!scanned.base) {
     const bool nothing =
-        m_result.logs[index].unreadable_bytes == 0 && is_zero(bytes.clip(0, base_block_bytes));
+        m_result.logs[index].unreadable_bytes == 0 && is_zero(bytes.clip(0, sealed_base_bytes));
     return nothing ? log_standing::empty : log_standing::damaged;
   }
   if (is_foreign(scanned)) return log_standing::foreign;
@@ -221,7 +221,7 @@ void log_chain::choose_base_block() {
   }
   if (!m_result.base_from) return;
   const byte_view bytes(m_result.m_bytes[*m_result.base_from]);
-  m_result.m_patch.put(0, bytes.clip(0, base_block_bytes));
+  m_result.m_patch.put(0, bytes.clip(0, sealed_base_bytes));
 }
 
 void log_chain::put_pages(size_t index) {

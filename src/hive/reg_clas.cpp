@@ -1,6 +1,7 @@
 #include "hive/reg_clas.h"
 
 #include <algorithm>
+#include <cstring>
 #include <new>
 #include <utility>
 
@@ -12,11 +13,19 @@ constexpr size_t block_bytes = 0x4000;  // of one load
 
 }  // namespace
 
-reg_hive::reg_hive(source_reader file, const hive_limits& limits, read_faults& faults, bool& ok)
+reg_hive::reg_hive(source_reader file, const hive_limits& limits, read_faults& faults, bool& ok,
+                   const std::vector<hive_log_source>& logs)
     : m_file(std::move(file)), m_faults(&faults) {
   ok = false;
-  const uint64_t size = m_file->size();
+  uint64_t size = m_file->size();
   if (size < limits.least || size > limits.most) return;
+  if (!logs.empty()) {
+    constexpr uint64_t base_and_bin_header = 0x1020;
+    std::vector<uint8_t> start;
+    m_file->read_vector(start, base_and_bin_header, 0, faults);
+    m_replay = replay_hive_logs(byte_view(start), size, logs);
+    size = std::clamp(m_replay.size, size, limits.most);
+  }
   m_image.reset(new (std::nothrow) uint8_t[static_cast<size_t>(size)]);
   if (m_image == nullptr) return;
   m_filesize = static_cast<uint32_t>(size);
@@ -60,8 +69,11 @@ void reg_hive::load_blocks(size_t begin, size_t end) const {
     size_t behind = block + 1;  // missing blocks that lie side by side come in one read
     while (behind < end_block && !m_loaded[behind]) ++behind;
     const size_t from = block * block_bytes;
-    size_t wanted = std::min<size_t>(behind * block_bytes, size()) - from;
-    m_file->read(m_image.get() + from, wanted, from, *m_faults);
+    const size_t wanted = std::min<size_t>(behind * block_bytes, size()) - from;
+    size_t read = wanted;
+    m_file->read(m_image.get() + from, read, from, *m_faults);
+    std::memset(m_image.get() + from + read, 0, wanted - read);  // logs make a hive longer
+    m_replay.apply(from, m_image.get() + from, wanted);
     for (; block < behind; ++block) m_loaded[block] = true;
   }
 }

@@ -1,7 +1,7 @@
 // A registry hive and the addressing of its cells.
 //
-// The hive is read as stored: no transaction log is applied, nothing is repaired, and very few
-// header fields are trusted, so that a cut, dirty or odd hive gives what it still holds.
+// The hive is read as stored, unless its transaction logs are given: nothing is repaired, and very
+// few header fields are trusted, so that a cut, dirty or odd hive gives what it still holds.
 //
 // The bytes of a hive have their place in memory from the start, but come from the file block by
 // block when they are first asked for: a run looks at a few hundred cells of a hive of many
@@ -16,6 +16,7 @@
 
 #include "base/byte_view.h"
 #include "hive/hive_header.h"
+#include "hive/hive_logs.h"
 #include "sources/host/memory_block.h"
 #include "sources/host/read_faults.h"
 #include "sources/host/source_reader.h"
@@ -29,19 +30,24 @@ struct hive_limits {
   uint64_t bin_search;  ///< how far from its start the first bin may stand
 };
 
+constexpr hive_limits limits_of_hives_in_volumes = {least_hive_bytes, 0x7FFFFFFF, 0x7FFFFFFF};
 constexpr hive_limits limits_of_hive_files = {least_hive_bytes + 1, 0x2FFFFFFF, 0x10000};
 
 class reg_hive {
  public:
-  /// Opens the hive that `file` holds. What of it cannot be read goes to `faults`, which is used
-  /// for as long as the hive is. `ok` false: its size is outside the limits, it has no base block
-  /// or no bin where one may stand, or there is no memory for it; every operation on the hive then
-  /// fails.
-  reg_hive(source_reader file, const hive_limits& limits, read_faults& faults, bool& ok);
+  /// Opens the hive that `file` holds and lays over it what its `logs` hold, which are read at
+  /// once. What of the hive cannot be read goes to `faults`, which is used for as long as the hive
+  /// is. `ok` false: its size is outside the limits, it has no base block or no bin where one may
+  /// stand, or there is no memory for it; every operation on the hive then fails.
+  reg_hive(source_reader file, const hive_limits& limits, read_faults& faults, bool& ok,
+           const std::vector<hive_log_source>& logs = {});
 
   /// Takes the bytes of a whole hive, of any size up to 2 GiB - 1; its first bin may then stand
   /// anywhere. `ok` false: fewer than 4,496 bytes, no base block or no bin.
   reg_hive(uni::memory_block&& bytes, bool& ok);
+
+  /// What the logs make of the hive; nothing without logs.
+  const hive_replay& replay() const { return m_replay; }
 
   bool usable() const { return m_usable; }
 
@@ -70,6 +76,7 @@ class reg_hive {
 
   mutable std::optional<source_reader> m_file;
   read_faults* m_faults = nullptr;  ///< there while `m_file` is
+  hive_replay m_replay;
   uint32_t m_filesize = 0;
   std::unique_ptr<uint8_t[]> m_image;  ///< of what `m_file` holds
   uni::memory_block m_whole;           ///< of a hive that came as bytes
