@@ -11,6 +11,7 @@
 #include "hive/reg_assert.h"
 #include "hive/reg_query.h"
 #include "memory_file.h"
+#include "sources/host/file_source.h"
 
 namespace {
 
@@ -18,7 +19,9 @@ struct failed_check {};
 
 void read_all(const std::string& path, size_t size) {
   bool ok = false;
-  const ovrik::reg_hive hive(path, ok);
+  ovrik::read_faults faults;
+  const ovrik::reg_hive hive({ovrik::open_file_source(path), path}, ovrik::limits_of_hive_files,
+                             faults, ok);
   uint32_t root = 0;
   std::string name;
   if (find_root(hive, root, name) != hive.usable()) std::abort();

@@ -15,7 +15,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const memory_file second(input.from(4 + uint64_t{input.u32_at(0)}));
   for (const std::vector<std::string>& paths :
        {std::vector<std::string>{first.path()}, {second.path()}, {first.path(), second.path()}}) {
-    const ovrik::vmdk_chain chain = ovrik::check_vmdk_chain(paths);
+    ovrik::read_faults faults;
+    const ovrik::vmdk_chain chain = ovrik::check_vmdk_chain(paths, faults);
     if (chain.files.size() != paths.size() + chain.found_parents.size()) std::abort();
     const auto& disk = chain.disk;
     if (disk == nullptr) continue;

@@ -7,8 +7,8 @@
 #include "driver/container_words.h"
 #include "driver/hive_source.h"
 #include "driver/host/console.h"
-#include "driver/plain_hive.h"
 #include "driver/volume_source.h"
+#include "hive/hive_root.h"
 
 namespace ovrik {
 
@@ -20,9 +20,9 @@ struct found_hive {
   std::string inner_path;
 };
 
-found_hive open_hive(opened_source& source, source_kind kind, diagnostics_log& log) {
+found_hive open_hive(opened_source& source, source_kind kind, const hive_opening& opening) {
   const std::string& path = source.path;
-  const volume_place place = {source.volume_offset, default_hive_path, log};
+  const volume_place place = {source.volume_offset, default_hive_path, opening};
   switch (kind) {
     case source_kind::image:
       return {open_image_hive(path, std::move(source.disk), place), place.inner_path};
@@ -31,7 +31,7 @@ found_hive open_hive(opened_source& source, source_kind kind, diagnostics_log& l
     case source_kind::shadow_copy:
       return {open_shadow_copy_hive(path, place), path + place.inner_path};
     default:
-      return {open_hive_source(path, log), path};
+      return {open_hive_source(path, opening), path};
   }
 }
 
@@ -39,7 +39,7 @@ found_hive open_hive(opened_source& source, source_kind kind, diagnostics_log& l
 
 int32_t run_hive_road(opened_source& source, source_kind kind, const hive_output& output) {
   if (source.path.empty()) return -1;
-  const auto [hive, inner_path] = open_hive(source, kind, output.log);
+  const auto [hive, inner_path] = open_hive(source, kind, output.opening);
   if (hive == nullptr) {
     print_problem("Problem opening %s\n", clean_text(inner_path).c_str());
     print_message("%s", container_advice(source.kind).c_str());

@@ -16,14 +16,14 @@ bool has_drive_letter(const std::string& path) {
 
 }  // namespace
 
-std::unique_ptr<reg_hive> open_hive_source(const std::string& path, diagnostics_log& log,
+std::unique_ptr<reg_hive> open_hive_source(const std::string& path, const hive_opening& opening,
                                            const device_calls& devices) {
-  if (auto hive = open_plain_hive(path)) return hive;
+  if (auto hive = open_plain_hive(path, opening)) return hive;
   // What opens and is no hive is none on its volume either.
   if (!has_drive_letter(path) || uni::file_opens(path)) return nullptr;
   std::string inner = path.substr(2);
   replace_all(inner, '/', '\\');
-  return open_live_hive(path, {.inner_path = inner, .log = log, .devices = devices});
+  return open_live_hive(path, {.inner_path = inner, .opening = opening, .devices = devices});
 }
 
 }  // namespace ovrik

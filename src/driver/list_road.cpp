@@ -9,8 +9,9 @@
 #include "driver/host/console.h"
 #include "driver/memory_end.h"
 #include "driver/options/path_variables.h"
-#include "driver/plain_hive.h"
+#include "driver/read_words.h"
 #include "driver/stdin_stream.h"
+#include "hive/hive_root.h"
 #include "sources/host/fileio.h"
 #include "sources/host/lv_portable_dir.h"
 
@@ -28,7 +29,7 @@ std::unique_ptr<uni::stdin_stream> open_list(const list_options& list) {
 /// Writes the rows of the hive at `path`, if it is a SYSTEM hive. False: its control sets cannot be
 /// told, which ends the list.
 bool process_hive(const std::string& path, const hive_output& output) {
-  const auto hive = open_hive_source(path, output.log);
+  const auto hive = open_hive_source(path, output.opening);
   if (hive == nullptr || !is_system_hive(*hive)) return true;
   const hive_outcome outcome = print_hive(output, *hive, path);
   if (outcome != hive_outcome::found) {
@@ -54,6 +55,7 @@ int32_t run_list_road(const list_options& list, const hive_output& output) {
     bool goes_on = true;
     const auto process = [&] { return goes_on = process_hive(path, output), 0; };
     if (unless_memory_ends(path, process) != 0) exit_value = -1;
+    say_read_faults(output.opening.faults, output.opening.log);
     if (!goes_on) return exit_value;
     out.flush();  // what one hive gave is safe from whatever the next one does
   }

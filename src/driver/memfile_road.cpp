@@ -153,7 +153,8 @@ class carved_files {
 
 }  // namespace
 
-int32_t run_memfile_road(const carving_request& request, diagnostics_log& log) {
+int32_t run_memfile_road(const carving_request& request, diagnostics_log& log,
+                         read_faults& faults) {
   scanned_source source;
   if (!open_scanned_source(source, request.source_path)) return -1;
   if (!lvportdir::make_folders(chunk_folder)) {
@@ -162,12 +163,14 @@ int32_t run_memfile_road(const carving_request& request, diagnostics_log& log) {
   carving_words words(request, log);
   const bool found = scan_pages(source, words);
   words.end_progress();
+  faults.add(source.faults);
   if (!found) {
     print_message("none found\n");
     return -1;
   }
   if (!are_bins_in_place(source)) return -1;
   const carved_cache carved = reassemble(source, words);
+  faults.add(source.faults);
   carved_files files(source, request, log);
   files.remove_earlier();
   files.write_stats(carved);

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "base/diagnostics_log.h"
+#include "sources/host/read_faults.h"
 
 namespace ovrik {
 
@@ -17,7 +18,7 @@ struct carving_request {
 
 /// Carves the source and writes the chunks and a list of their pages into the folder "out3". What
 /// is to be said goes to standard error. Returns the exit value: 0 if there is a chunk and nothing
-/// that was opened failed to be written.
-int32_t run_memfile_road(const carving_request& request, diagnostics_log& log);
+/// that was opened failed to be written. What of the source cannot be read goes to `faults`.
+int32_t run_memfile_road(const carving_request& request, diagnostics_log& log, read_faults& faults);
 
 }  // namespace ovrik

@@ -10,6 +10,7 @@
 #include "driver/vmdk_words.h"
 #include "driver/volume_words.h"
 #include "sources/disk/image_disk.h"
+#include "sources/disk/retried_disk.h"
 #include "sources/disk/vmdk_chain.h"
 #include "sources/disk/volume_choice.h"
 
@@ -30,8 +31,9 @@ void tell_choice(diagnostics_log& log, const std::string& text) {
 }
 
 /// An image must have an NTFS volume at the offset asked for or, if none was, at its start.
-bool open_image_disk(opened_source& opened, const source_options& source, diagnostics_log& log) {
-  opened.disk = open_image(source.path);
+bool open_image_disk(opened_source& opened, const source_options& source, diagnostics_log& log,
+                     read_faults& faults) {
+  opened.disk = retried_disk(open_image(source.path), source.path, faults);
   if (opened.disk == nullptr) {
     print_message("invalid image: %s\n\n", clean_text(source.path).c_str());
     return false;
@@ -50,8 +52,9 @@ bool open_image_disk(opened_source& opened, const source_options& source, diagno
 }
 
 /// The files must make up a disk with an NTFS volume at the offset asked for or anywhere.
-bool open_virtual_disk(opened_source& opened, const source_options& source, diagnostics_log& log) {
-  vmdk_chain chain = check_vmdk_chain(source.vmdk_files);
+bool open_virtual_disk(opened_source& opened, const source_options& source, diagnostics_log& log,
+                       read_faults& faults) {
+  vmdk_chain chain = check_vmdk_chain(source.vmdk_files, faults);
   if (!chain.complete) {
     print_message("%s\n", vmdk_words(chain).c_str());
     if (!chain.files.empty()) {
@@ -92,7 +95,8 @@ bool open_virtual_disk(opened_source& opened, const source_options& source, diag
 
 }  // namespace
 
-bool open_source(opened_source& opened, const source_options& source, diagnostics_log& log) {
+bool open_source(opened_source& opened, const source_options& source, diagnostics_log& log,
+                 read_faults& faults) {
   opened.path = source.path;
   opened.volume_offset = source.volume_offset;
   switch (source.kind) {
@@ -101,9 +105,9 @@ bool open_source(opened_source& opened, const source_options& source, diagnostic
     case source_kind::shadow_copy:
       return check_shadow_copies();
     case source_kind::image:
-      return open_image_disk(opened, source, log);
+      return open_image_disk(opened, source, log, faults);
     case source_kind::vmdk:
-      return open_virtual_disk(opened, source, log);
+      return open_virtual_disk(opened, source, log, faults);
     case source_kind::none:
     case source_kind::extract:
     case source_kind::hive:

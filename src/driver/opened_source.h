@@ -9,6 +9,7 @@
 #include "driver/options/run_options.h"
 #include "sources/disk/container_kind.h"
 #include "sources/disk/raw_disk_io.h"
+#include "sources/host/read_faults.h"
 
 namespace ovrik {
 
@@ -21,9 +22,11 @@ struct opened_source {
 };
 
 /// Opens the disk of -image and -vmdk and finds the volume on it; finds the hive of the running
-/// system and the right to read it. Which volume it is goes to the diagnostics. A hive file opens
-/// later: one that does not is no reason to stop in front of the results. False: the run must stop,
-/// for a reason that has been said on standard error.
-bool open_source(opened_source& opened, const source_options& source, diagnostics_log& log);
+/// system and the right to read it. Which volume it is goes to the diagnostics, and what of a disk
+/// cannot be read to `faults`, for as long as the disk is in use. A hive file opens later: one that
+/// does not is no reason to stop in front of the results. False: the run must stop, for a reason
+/// that has been said on standard error.
+bool open_source(opened_source& opened, const source_options& source, diagnostics_log& log,
+                 read_faults& faults);
 
 }  // namespace ovrik

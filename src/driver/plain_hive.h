@@ -4,14 +4,13 @@
 #include <memory>
 #include <string>
 
+#include "driver/hive_opening.h"
 #include "hive/reg_clas.h"
 
 namespace ovrik {
 
-/// Opens the hive file at `path`. Nothing: it does not open or is no hive.
-std::unique_ptr<reg_hive> open_plain_hive(const std::string& path);
-
-/// True if the kind name of the hive is that of a SYSTEM hive.
-bool is_system_hive(const reg_hive& hive);
+/// Opens the hive file at `path`, with the logs beside it if that is asked for. Nothing: it does
+/// not open or is no hive.
+std::unique_ptr<reg_hive> open_plain_hive(const std::string& path, const hive_opening& opening);
 
 }  // namespace ovrik

@@ -6,6 +6,7 @@
 
 #include "base/clean_text.h"
 #include "base/text.h"
+#include "driver/cache_places.h"
 #include "driver/host/console.h"
 #include "hive/control_sets.h"
 #include "hive/reg_query.h"
@@ -23,16 +24,6 @@ constexpr const char* heading_rule =
 constexpr size_t progress_width = 50;
 
 constexpr size_t longest_name = 255;  // of a key in its usual encoding, in bytes
-
-/// Where the cache stands below a control set, its last part the value's name.
-struct cache_place {
-  const char* title;
-  std::string_view path[4];
-};
-constexpr cache_place cache_places[] = {
-    {"WinXP Shim Cache", {"Control", "Session Manager", "AppCompatibility", "AppCompatCache"}},
-    {"Shim Cache", {"Control", "Session Manager", "AppCompatCache", "AppCompatCache"}},
-};
 
 /// One question to a hive: the cache of one control set, under its key of XP or of later systems.
 struct registry_command {
@@ -79,7 +70,7 @@ bool write_value(row_writer& writer, const cache_section& section, const reg_hit
 
 void show_analyzing(const hive_output& output, const std::string& title) {
   if (!output.show_progress) return;
-  diag_printf(output.log, "analyzing: %s", title.c_str());
+  diag_printf(output.opening.log, "analyzing: %s", title.c_str());
   show_progress(progress_width, "analyzing: " + title);
 }
 

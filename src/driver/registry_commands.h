@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "base/diagnostics_log.h"
+#include "driver/hive_opening.h"
 #include "driver/options/hive_aliases.h"
 #include "hive/reg_clas.h"
 #include "output/row_writer.h"
@@ -17,7 +17,7 @@ struct hive_output {
   row_writer& writer;
   const shim_settings& shim;
   const hive_aliases& aliases;
-  diagnostics_log& log;
+  hive_opening opening;
   bool all_controlsets = false;
   bool names_hives = false;  ///< headings name the hive
   bool show_progress = true;

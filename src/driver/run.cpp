@@ -12,6 +12,7 @@
 #include "driver/opened_source.h"
 #include "driver/options/command_line.h"
 #include "driver/options/parse_options.h"
+#include "driver/read_words.h"
 #include "driver/results_file.h"
 #include "driver/run_outputs.h"
 #include "driver/vmdk_road.h"
@@ -22,10 +23,11 @@ namespace {
 
 /// Opens what the command line asks for, in the order of its reading. False: the run must stop;
 /// why has been said on standard error.
-bool prepare_run(const parsed_options& parsed, diagnostics_log& log, opened_source& source) {
+bool prepare_run(const parsed_options& parsed, diagnostics_log& log, opened_source& source,
+                 read_faults& faults) {
   if (!prepare_outputs(log, parsed.options)) return false;
   print_message("%s", parsed.words.c_str());
-  return parsed.valid && open_source(source, parsed.options.source, log);
+  return parsed.valid && open_source(source, parsed.options.source, log, faults);
 }
 
 /// What the run reads, in a word.
@@ -46,13 +48,14 @@ void prepare_end(cmdline_ctx& context, const run_options& options, const diagnos
 
 /// Takes the one road that the options choose.
 int32_t take_road(const run_options& options, opened_source& source, std::ostream& out,
-                  std::ostream& standard_output, diagnostics_log& log) {
+                  std::ostream& standard_output, const hive_opening& opening) {
+  auto& [log, faults, with_logs] = opening;
   row_writer writer(out, options.rows);
   const bool extracts = options.shim.raw_mode && options.results.given;
   const hive_output output = {.writer = writer,
                               .shim = options.shim,
                               .aliases = options.aliases,
-                              .log = log,
+                              .opening = opening,
                               .all_controlsets = options.all_controlsets,
                               .names_hives = options.road == run_road::list,
                               .show_progress = options.show_progress,
@@ -62,9 +65,10 @@ int32_t take_road(const run_options& options, opened_source& source, std::ostrea
       return run_pipe_binary_road(options, out, log);
     case run_road::binary:
       return run_binary_road(source.path, options.aliases.shown({}), options.shim, writer,
-                             standard_output);
+                             standard_output, faults);
     case run_road::memfile:
-      return run_memfile_road({source.path, options.results.path, options.show_progress}, log);
+      return run_memfile_road({source.path, options.results.path, options.show_progress}, log,
+                              faults);
     case run_road::hive:
       return run_hive_road(source, options.source.kind, output);
     case run_road::vmdk:
@@ -87,12 +91,14 @@ int32_t run(argument_list args) {
   const parsed_options parsed = parse_options(std::move(args));
   const run_options& options = parsed.options;
   diagnostics_log log;
+  read_faults faults;
   opened_source source;
   results_stream standard_output;
   const bool prepared = unless_memory_ends(source_name(options), [&] {
-                          return prepare_run(parsed, log, source) ? 0 : -1;
+                          return prepare_run(parsed, log, source, faults) ? 0 : -1;
                         }) == 0;
   if (!prepared) {
+    say_read_faults(faults, log);
     standard_output.out() << header_text << '\n';
     standard_output.finish();
     return -1;
@@ -109,8 +115,9 @@ int32_t run(argument_list args) {
   out << header_text << std::endl;
 
   int32_t exit_value = unless_memory_ends(source_name(options), [&] {
-    return take_road(options, source, out, standard_output.out(), log);
+    return take_road(options, source, out, standard_output.out(), {log, faults, options.with_logs});
   });
+  if (say_read_faults(faults, log)) exit_value = -1;
   if (options.results.given && !results_file.finish()) exit_value = -1;
   if (!standard_output.finish()) exit_value = -1;
   return exit_value;

@@ -5,8 +5,8 @@
 #include "base/clean_text.h"
 #include "driver/container_words.h"
 #include "driver/host/console.h"
-#include "driver/plain_hive.h"
 #include "driver/volume_source.h"
+#include "hive/hive_root.h"
 
 namespace ovrik {
 
@@ -20,7 +20,7 @@ int32_t run_vmdk_road(opened_source& source, const hive_output& output) {
     nothing_opened();
     return -1;
   }
-  const auto hive = read_volume_hive(volume, default_hive_path, output.log);
+  const auto hive = read_volume_hive(volume, default_hive_path, output.opening);
   if (hive == nullptr || !is_system_hive(*hive)) {
     nothing_opened();
     return 0;

@@ -5,7 +5,7 @@
 #include <memory>
 #include <string>
 
-#include "base/diagnostics_log.h"
+#include "driver/hive_opening.h"
 #include "hive/reg_clas.h"
 #include "sources/disk/raw_device.h"
 #include "sources/disk/raw_disk_io.h"
@@ -16,12 +16,12 @@ namespace ovrik {
 /// Where a Windows volume keeps its SYSTEM hive.
 constexpr const char* default_hive_path = "\\windows\\system32\\config\\system";
 
-/// Where in a source the volume lies and where the hive in the volume, what to tell of the way
-/// there, and the devices of the running system.
+/// Where in a source the volume lies and where the hive in the volume, and the devices of the
+/// running system.
 struct volume_place {
   uint64_t volume_offset = 0;  ///< in bytes
   std::string inner_path;
-  diagnostics_log& log;
+  const hive_opening& opening;
   const device_calls& devices = devices_of_host();
 };
 
@@ -29,8 +29,9 @@ struct volume_place {
 // such file, or the file is no hive.
 
 /// Reads the hive at `inner_path` of a mounted volume, whose bytes come when they are asked for.
-std::unique_ptr<reg_hive> read_volume_hive(std::shared_ptr<ntfs_volume> volume,
-                                           const std::string& inner_path, diagnostics_log& log);
+std::unique_ptr<reg_hive> read_volume_hive(const std::shared_ptr<ntfs_volume>& volume,
+                                           const std::string& inner_path,
+                                           const hive_opening& opening);
 
 /// Reads the hive of an NTFS volume in `disk`, which may be nothing.
 std::unique_ptr<reg_hive> open_volume_hive(std::unique_ptr<RAW_DISK_IO> disk,

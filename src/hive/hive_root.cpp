@@ -31,4 +31,11 @@ bool find_root(const reg_hive& hive, uint32_t& root_offset, std::string& name) {
   return true;
 }
 
+bool is_system_hive(const reg_hive& hive) {
+  uint32_t root_offset = 0;
+  std::string kind_name;
+  return find_root(hive, root_offset, kind_name) &&
+         lower_ascii(kind_name).find("system") != std::string::npos;
+}
+
 }  // namespace ovrik

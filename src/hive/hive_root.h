@@ -13,4 +13,7 @@ namespace ovrik {
 /// the results kept: the hive is not usable.
 bool find_root(const reg_hive& hive, uint32_t& root_offset, std::string& name);
 
+/// True if the name of the hive is that of a SYSTEM hive.
+bool is_system_hive(const reg_hive& hive);
+
 }  // namespace ovrik

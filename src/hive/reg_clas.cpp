@@ -5,42 +5,35 @@
 #include <new>
 #include <utility>
 
-#include "hive/hive_header.h"
-
 namespace ovrik {
 
 namespace {
 
-constexpr uint64_t largest_hive_file = 0x2FFFFFFF;
 constexpr uint64_t header_search_bytes = 0x10000;
 constexpr size_t block_bytes = 0x4000;  // of one load
-constexpr size_t sector_bytes = 512;    // the least that is lost
 
 }  // namespace
 
-reg_hive::reg_hive(const std::string& path, bool& ok) {
+reg_hive::reg_hive(source_reader source, const hive_limits& limits, read_faults& faults, bool& ok,
+                   const std::vector<hive_log_source>& logs)
+    : m_source(std::move(source)), m_faults(faults) {
   ok = false;
-  if (!m_file.open_read(path)) return;
-  const uint64_t size = m_file.length();
-  if (size <= least_hive_bytes || size > largest_hive_file || !make_room(size)) return;
-  ok = check(bytes_at(0, header_search_bytes));
-}
-
-reg_hive::reg_hive(std::unique_ptr<byte_source> source, bool& ok) : m_source(std::move(source)) {
-  constexpr uint64_t largest_hive = 0x7FFFFFFF;  // sizes are signed 32-bit numbers
-  ok = false;
-  const uint64_t size = m_source->size();
-  if (size < least_hive_bytes || size > largest_hive || !make_room(size)) return;
-  const byte_view start = bytes_at(0, header_search_bytes);
-  ok = check(needs_bin_search(start) ? bytes_at(0, size) : start);
-}
-
-bool reg_hive::make_room(uint64_t size) {
+  uint64_t size = m_source.size();
+  if (size < limits.least || size > limits.most) return;
+  if (!logs.empty()) {
+    constexpr uint64_t base_and_bin_header = 0x1020;
+    std::vector<uint8_t> start;
+    m_source.read_vector(start, base_and_bin_header, 0, faults);
+    m_replay = replay_hive_logs(byte_view(start), size, logs);
+    size = std::clamp(m_replay.size, size, limits.most);
+  }
   m_image.reset(new (std::nothrow) uint8_t[static_cast<size_t>(size)]);
-  if (m_image == nullptr) return false;
+  if (m_image == nullptr) return;
   m_filesize = static_cast<uint32_t>(size);
   m_loaded.resize((m_filesize + block_bytes - 1) / block_bytes);
-  return true;
+  const byte_view start = bytes_at(0, header_search_bytes);
+  const bool search_on = limits.bin_search > header_search_bytes && needs_bin_search(start);
+  ok = check(search_on ? bytes_at(0, limits.bin_search) : start);
 }
 
 bool reg_hive::check(byte_view searched) {
@@ -71,26 +64,12 @@ void reg_hive::load_blocks(size_t begin, size_t end) const {
     while (behind < end_block && !m_loaded[behind]) ++behind;
     const size_t from = block * block_bytes;
     const size_t wanted = std::min<size_t>(behind * block_bytes, size()) - from;
-    uint8_t* const place = m_image.get() + from;
-    for (size_t done = 0; done < wanted;) {
-      done += read_source(place + done, wanted - done, from + done);
-      // What cannot be read is zeros, a sector at least.
-      const size_t lost = std::min(sector_bytes - (from + done) % sector_bytes, wanted - done);
-      std::memset(place + done, 0, lost);
-      done += lost;
-    }
+    size_t read = wanted;
+    m_source.read(m_image.get() + from, read, from, m_faults);
+    std::memset(m_image.get() + from + read, 0, wanted - read);  // logs make a hive longer
+    m_replay.apply(from, m_image.get() + from, wanted);
     for (; block < behind; ++block) m_loaded[block] = true;
   }
-}
-
-/// Reads from wherever the bytes are; returns how many came from the start on.
-size_t reg_hive::read_source(uint8_t* buffer, size_t size, uint64_t offset) const {
-  if (m_source != nullptr) {
-    m_source->read_at(buffer, size, offset);
-  } else {
-    m_file.read_at(buffer, size, offset);
-  }
-  return size;
 }
 
 }  // namespace ovrik

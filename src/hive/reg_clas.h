@@ -1,11 +1,11 @@
 // A registry hive and the addressing of its cells.
 //
-// The hive is read as stored: no transaction log is applied, nothing is repaired, and very few
-// header fields are trusted, so that a cut, dirty or odd hive gives what it still holds.
+// The hive is read as stored, unless its transaction logs are given: nothing is repaired, and very
+// few header fields are trusted, so that a cut, dirty or odd hive gives what it still holds.
 //
 // The bytes of a hive have their place in memory from the start, but come from the file block by
 // block when they are first asked for: a run looks at a few hundred cells of a hive of many
-// megabytes. A block that cannot be read is zeros.
+// megabytes. What cannot be read of them is zeros, and is told.
 #pragma once
 
 #include <cstdint>
@@ -15,21 +15,34 @@
 #include <vector>
 
 #include "base/byte_view.h"
-#include "sources/host/byte_source.h"
-#include "sources/host/fileio.h"
+#include "hive/hive_header.h"
+#include "hive/hive_logs.h"
+#include "sources/host/read_faults.h"
+#include "sources/host/source_reader.h"
 
 namespace ovrik {
 
+/// What is taken for a hive, in bytes.
+struct hive_limits {
+  uint64_t least;
+  uint64_t most;
+  uint64_t bin_search;  ///< how far from its start the first bin may stand
+};
+
+constexpr hive_limits limits_of_hives_in_volumes = {least_hive_bytes, 0x7FFFFFFF, 0x7FFFFFFF};
+constexpr hive_limits limits_of_hive_files = {least_hive_bytes + 1, 0x2FFFFFFF, 0x10000};
+
 class reg_hive {
  public:
-  /// Opens the hive file at `path` (UTF-8). `ok` false: it does not open, has 4,496 bytes or fewer
-  /// or more than 0x2FFFFFFF, has no base block or no bin in its first 64 KiB, or there is no
-  /// memory for it; every operation on the hive then fails.
-  reg_hive(const std::string& path, bool& ok);
+  /// Opens the hive that `source` holds and lays over it what its `logs` hold, which are read at
+  /// once. What of the hive cannot be read goes to `faults`, which is used for as long as the hive
+  /// is. `ok` false: its size is outside the limits, it has no base block or no bin where one may
+  /// stand, or there is no memory for it; every operation on the hive then fails.
+  reg_hive(source_reader source, const hive_limits& limits, read_faults& faults, bool& ok,
+           const std::vector<hive_log_source>& logs = {});
 
-  /// Takes the hive that `source` holds, of any size up to 2 GiB - 1; its first bin may then stand
-  /// anywhere. `ok` false: fewer than 4,496 bytes, no base block, no bin or no memory for it.
-  reg_hive(std::unique_ptr<byte_source> source, bool& ok);
+  /// What the logs make of the hive; nothing without logs.
+  const hive_replay& replay() const { return m_replay; }
 
   bool usable() const { return m_usable; }
 
@@ -54,12 +67,11 @@ class reg_hive {
  private:
   /// Checks the base block; `searched` is where the first bin may stand.
   bool check(byte_view searched);
-  bool make_room(uint64_t size);
   void load_blocks(size_t begin, size_t end) const;
-  size_t read_source(uint8_t* buffer, size_t size, uint64_t offset) const;
 
-  uni::fileio m_file;
-  std::unique_ptr<byte_source> m_source;  ///< of a hive that is no file
+  mutable source_reader m_source;
+  read_faults& m_faults;
+  hive_replay m_replay;
   uint32_t m_filesize = 0;
   std::unique_ptr<uint8_t[]> m_image;
   bool m_usable = false;

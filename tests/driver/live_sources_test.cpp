@@ -31,14 +31,18 @@ class live_sources : public testing::Test {
   }
 
   volume_place place(const std::string& inner = default_hive_path) {
-    return {.inner_path = inner, .log = log, .devices = devices};
+    return {.inner_path = inner, .opening = opening, .devices = devices};
   }
-  bool opens(const std::string& path) { return open_hive_source(path, log, devices) != nullptr; }
+  bool opens(const std::string& path) {
+    return open_hive_source(path, opening, devices) != nullptr;
+  }
   bool opens_live(const std::string& path) { return open_live_hive(path, place()) != nullptr; }
 
   const std::string copy = shadow_copy_device("3");
   memory_devices devices;
   diagnostics_log log;
+  read_faults faults;
+  hive_opening opening = {log, faults};
 };
 
 TEST_F(live_sources, the_volume_is_that_of_the_drive_letter) {

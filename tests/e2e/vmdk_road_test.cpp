@@ -49,7 +49,8 @@ class vmdk_road : public volume_test {
     shell("qemu-img convert -f vmdk -O raw " + newest + " raw");
     words paths;
     for (const std::string& file : files) paths.push_back(folder.path(file));
-    const auto disk = ovrik::check_vmdk_chain(paths).disk;
+    ovrik::read_faults faults;
+    const auto disk = ovrik::check_vmdk_chain(paths, faults).disk;
     ASSERT_NE(disk, nullptr);
     bytes all(disk->size());
     auto size = static_cast<uint32_t>(all.size());

@@ -110,9 +110,9 @@ TEST(reg_hive, opens_files_within_the_limits) {
     const temp_dir folder;
     write_file(folder.path("hive"), base_block(row.bin_at + 4, row.bin_at));
     std::filesystem::resize_file(folder.path("hive"), row.size);
-    bool ok = !row.opens;
-    const reg_hive hive(folder.path("hive"), ok);
-    EXPECT_EQ(ok, row.opens) << row.size;
+    const hive_file file(folder.path("hive"));
+    const reg_hive& hive = file.hive;
+    EXPECT_EQ(file.ok, row.opens) << row.size;
     EXPECT_EQ(hive.usable(), row.opens) << row.size;
     EXPECT_EQ(hive.size(), row.opens ? row.size : 0);
   }

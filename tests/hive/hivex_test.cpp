@@ -21,8 +21,7 @@ void expect_same(const std::string& path, const std::string& key, const std::str
   SCOPED_TRACE(key + ": " + value);
   const run_result got = run_program("hivexget", {path, key, value});
   ASSERT_EQ(got.exit_status, 0) << got.err;
-  bool ok = false;
-  const std::vector<hit> hits = query(reg_hive(path, ok), key + "\\" + value);
+  const std::vector<hit> hits = query(hive_file(path).hive, key + "\\" + value);
   ASSERT_EQ(hits.size(), 1u);
   EXPECT_TRUE(as_text(hits[0].data) == got.out);
 }
@@ -63,11 +62,10 @@ TEST_F(hivex, agrees_on_the_caches_of_real_machines) {
     const temp_dir folder;
     const std::string path = folder.path("hive");
     if (!fetch_real(name, path)) GTEST_SKIP() << "no real hives";
-    bool ok = false;
-    const reg_hive hive(path, ok);
-    read_allowance allowance(hive.size());
+    const hive_file opened(path);
+    read_allowance allowance(opened.hive.size());
     std::vector<reg_key> sets;
-    ASSERT_TRUE(list_control_sets(hive, allowance, sets));
+    ASSERT_TRUE(list_control_sets(opened.hive, allowance, sets));
     for (const reg_key& set : sets) {
       expect_same(path, set.name.text() + "\\Control\\Session Manager\\AppCompatCache",
                   "AppCompatCache");
@@ -78,10 +76,9 @@ TEST_F(hivex, agrees_on_the_caches_of_real_machines) {
 TEST(real_hive, of_another_kind_tells_its_name) {
   const temp_dir folder;
   if (!fetch_real("SAM.xz", folder.path("hive"))) GTEST_SKIP() << "no real hives";
-  bool ok = false;
   uint32_t root = 0;
   std::string name;
-  EXPECT_TRUE(find_root(reg_hive(folder.path("hive"), ok), root, name));
+  EXPECT_TRUE(find_root(hive_file(folder.path("hive")).hive, root, name));
   EXPECT_EQ(name, "SAM");
 }
 

@@ -10,6 +10,7 @@
 #include "hive/control_sets.h"
 #include "hive/reg_clas.h"
 #include "hive/reg_query.h"
+#include "sources/host/file_source.h"
 #include "support/system_hive.h"
 #include "support/temp_dir.h"
 
@@ -18,13 +19,24 @@ namespace test_support {
 /// An offset that leads out of every hive of the tests.
 constexpr uint32_t nowhere = 0x40000000;
 
+/// A hive file, and what of it could not be read.
+struct hive_file {
+  explicit hive_file(const std::string& path)
+      : hive({ovrik::open_file_source(path), path}, ovrik::limits_of_hive_files, faults, ok) {}
+
+  bool ok = false;
+  ovrik::read_faults faults;
+  ovrik::reg_hive hive;
+};
+
 struct opened_hive {
   explicit opened_hive(const bytes& image)
-      : hive((write_file(folder.path("hive"), image), folder.path("hive")), ok) {}
+      : file((write_file(folder.path("hive"), image), folder.path("hive"))) {}
 
   temp_dir folder;
-  bool ok = false;
-  ovrik::reg_hive hive;
+  hive_file file;
+  bool& ok = file.ok;
+  ovrik::reg_hive& hive = file.hive;
 };
 
 /// A copy of a hit's bytes.

@@ -4,9 +4,11 @@
 #include <filesystem>
 #include <iostream>
 #include <string>
+#include <vector>
 
 #include "support/cache_builder.h"
 #include "support/carving.h"
+#include "support/hive_log_builder.h"
 #include "support/ntfs_builder.h"
 #include "support/system_hive.h"
 #include "support/table_disk.h"
@@ -72,6 +74,30 @@ bytes disk_chain() {
   return concat({length, base.file(), child.file()});
 }
 
+/// A dirty hive and its logs, with their sizes in sectors in front.
+bytes hive_with_logs(const std::vector<bytes>& logs) {
+  const bytes hive = composed_dirty_hive({.sequence1 = 11});
+  bytes input = {1, static_cast<uint8_t>(hive.size() / 512)};
+  for (const bytes& log : logs) input.push_back(static_cast<uint8_t>(log.size() / 512));
+  append(input, hive);
+  for (const bytes& log : logs) append(input, log);
+  return input;
+}
+
+bytes hive_with_log_entries() {
+  return hive_with_logs(
+      {concat({composed_base_block({}), composed_log_entry(10, {{0, 1024, 'a'}}),
+               composed_log_entry(11, {{512, 512, 'b'}, {0x1000, 512, 'c'}}, 0x2000)}),
+       concat({composed_base_block({.sequence1 = 12, .sequence2 = 12}),
+               composed_log_entry(12, {{2048, 512, 'd'}})})});
+}
+
+bytes hive_with_dirty_vector() {
+  return hive_with_logs({concat({composed_base_block({}),
+                                 composed_dirty_vector({{512, 1024, 'a'}, {3584, 512, 'b'}})}),
+                         {}});
+}
+
 bytes small_cache(int layout) {
   cache_builder cache(layout);
   cache.entry({.path = u"\\??\\C:\\a.exe", .modified = filetime(2014, 3, 5), .data = {1, 2, 3, 4}});
@@ -101,6 +127,8 @@ void write_seeds(const std::filesystem::path& folder) {
   add("vmdk", "chain", disk_chain());
   const control_set set = {.cache = small_cache(13), .last_write = filetime(2023, 3, 4)};
   add("hive", "system", system_hive({set}, 1).bytes());
+  add("hive_logs", "entries", hive_with_log_entries());
+  add("hive_logs", "dirty_vector", hive_with_dirty_vector());
   add("carve", "hive_of_two_segments", system_hive_with(cache_of_segments(7, 2)).bytes());
   add("carve", "raw_of_windows_xp", segment_bins(cache_of_segments(1, 1)));
   add("options", "list",

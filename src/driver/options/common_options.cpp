@@ -188,6 +188,7 @@ const common_option common_options[] = {
     {"-verbose", flag, accept},
     {"-v", flag, accept},
     {"-quiet", flag, [](line r, text) { return r.options.show_progress = false, true; }},
+    {"-logs", flag, [](line r, text) { return r.options.with_logs = true; }},
 };
 
 bool read_option(const common_option& option, option_reading& reading) {

@@ -53,6 +53,7 @@ struct run_options {
   source_options source;
   list_options list;
   bool all_controlsets = false;
+  bool with_logs = false;  ///< the transaction logs of hives are applied
 
   row_settings rows;
   shim_settings shim;

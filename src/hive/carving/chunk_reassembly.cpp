@@ -75,7 +75,8 @@ class list_route {
   }
 
   bool read_exactly(std::vector<uint8_t>& bytes, size_t size, uint64_t position) const {
-    return m_source.file.read_vector(bytes, size, position) && bytes.size() == size;
+    return m_source.file->read_vector(bytes, size, position, m_source.faults) &&
+           bytes.size() == size;
   }
 
   void follow_list(byte_view list, carved_chunk& chunk, page_run& pages) {

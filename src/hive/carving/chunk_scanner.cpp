@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <new>
+#include <utility>
 
 #include "shim/shim_detect.h"
 #include "shim/shim_layouts.h"
+#include "sources/host/file_source.h"
 
 namespace ovrik {
 
@@ -103,14 +105,12 @@ void scan_blocks(scanned_source& source, carve_listener& listener, uint64_t& off
   page_scan scan(source, listener);
   while (offset < source.file_size) {
     size_t size = block_bytes;
-    const bool read = source.file.read_at(block.data(), size, offset);
-    if (read) {
-      // What is missing of the last page reads as zeros.
-      const size_t whole = (size + chunk_page_bytes - 1) / chunk_page_bytes * chunk_page_bytes;
-      std::fill(block.begin() + static_cast<std::ptrdiff_t>(size),
-                block.begin() + static_cast<std::ptrdiff_t>(whole), uint8_t{0});
-      size = whole;
-    }
+    source.file->read(block.data(), size, offset, source.faults);
+    // What is missing of the last page reads as zeros.
+    const size_t whole = (size + chunk_page_bytes - 1) / chunk_page_bytes * chunk_page_bytes;
+    std::fill(block.begin() + static_cast<std::ptrdiff_t>(size),
+              block.begin() + static_cast<std::ptrdiff_t>(whole), uint8_t{0});
+    size = whole;
     const byte_view bytes(block.data(), size, offset);
     for (size_t at = 0; at + chunk_page_bytes <= size; at += chunk_page_bytes) {
       if (!scan.look_at(bytes.clip(at, chunk_page_bytes))) {
@@ -119,7 +119,6 @@ void scan_blocks(scanned_source& source, carve_listener& listener, uint64_t& off
       }
       offset += chunk_page_bytes;
     }
-    if (!read) return;
     listener.scanned(std::min(offset, source.file_size), source.file_size);
   }
 }
@@ -127,11 +126,14 @@ void scan_blocks(scanned_source& source, carve_listener& listener, uint64_t& off
 }  // namespace
 
 bool open_scanned_source(scanned_source& source, const std::string& path) {
-  if (!source.file.open_read(path)) return false;
-  source.file_size = source.file.length();
+  auto file = open_file_source(path);
+  if (file == nullptr) return false;
+  source.file.emplace(std::move(file), path);
+  source.file_size = source.file->size();
   if (source.file_size < chunk_page_bytes) return false;
   std::vector<uint8_t> start;
-  source.is_hive = source.file.read_vector(start, 4, 0) && byte_view(start).text_at(0, "regf");
+  source.is_hive =
+      source.file->read_vector(start, 4, 0, source.faults) && byte_view(start).text_at(0, "regf");
   return true;
 }
 

@@ -5,11 +5,13 @@
 #include <cstdint>
 #include <deque>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "hive/carving/chunk_page.h"
-#include "sources/host/fileio.h"
+#include "sources/host/read_faults.h"
+#include "sources/host/source_reader.h"
 
 namespace ovrik {
 
@@ -34,8 +36,7 @@ class carve_listener {
   /// The header at `offset` decided which layout is looked for in the rest of the source.
   virtual void layout_recognised(uint64_t offset, shim_layout layout) = 0;
 
-  /// The scan ended in front of its time: the source cannot be read from `offset` on, or there is
-  /// no memory for more pages.
+  /// The scan ended in front of its time, at `offset`: there is no memory for more pages.
   virtual void scan_stopped(uint64_t offset) = 0;
 
   /// The segments of cell `index` (from 0) are about to be looked for.
@@ -51,8 +52,9 @@ using page_map = std::map<uint64_t, uint32_t>;
 
 /// A source and what was found in it.
 struct scanned_source {
-  uni::fileio file;
+  std::optional<source_reader> file;  ///< there once it is open
   uint64_t file_size = 0;
+  read_faults faults;            ///< what of it could not be read
   bool is_hive = false;          ///< the source begins like a hive: its own lists count
   chunk_layout layout;           ///< the first one that was recognised
   std::deque<chunk_page> pages;  ///< in the order of their offsets
@@ -66,8 +68,8 @@ struct scanned_source {
 bool open_scanned_source(scanned_source& source, const std::string& path);
 
 /// Reads the source once and keeps the pages of the first layout that it recognises. A page that
-/// the source ends in counts with zeros behind its end; a read that fails ends the scan as the end
-/// of the source does. False: no bin page or no tail page of a cache was found.
+/// the source ends in counts with zeros behind its end; what cannot be read is zeros. False: no bin
+/// page or no tail page of a cache was found.
 bool scan_pages(scanned_source& source, carve_listener& listener);
 
 /// True if every bin page of a hive stands where it says that it does. Always true for a source

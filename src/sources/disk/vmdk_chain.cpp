@@ -8,6 +8,7 @@
 
 #include "base/text.h"
 #include "sources/disk/vmdk_collection.h"
+#include "sources/host/fileio.h"
 #include "sources/host/host_path.h"
 
 namespace ovrik {
@@ -47,7 +48,8 @@ struct parent_file {
 /// `folder` if it is only a name), the hint taken from the folder of `disk`, and its last component
 /// in `folder`. Of the files that can be opened the first with the right CID counts, or else the
 /// first.
-parent_file find_parent(const vmdk_disk& disk, const std::string& hint, const std::string& folder) {
+parent_file find_parent(const vmdk_disk& disk, const std::string& hint, const std::string& folder,
+                        read_faults& faults) {
   const vmdk_descriptor& descriptor = disk.descriptor();
   const bool windows = lower_ascii(descriptor.encoding).find("windows") != std::string::npos;
   const bool is_path = hint.find(windows ? '\\' : '/') != std::string::npos;
@@ -57,7 +59,7 @@ parent_file find_parent(const vmdk_disk& disk, const std::string& hint, const st
   parent_file first;
   for (auto place = places.begin(); place != places.end(); ++place) {
     if (std::find(places.begin(), place, *place) != place) continue;
-    auto parent = std::make_unique<vmdk_disk>();
+    auto parent = std::make_unique<vmdk_disk>(faults);
     const bool is_disk = parent->open_disk(*place);
     if (is_disk && parent->descriptor().cid == descriptor.parent_cid) {
       return {*place, std::move(parent)};
@@ -72,8 +74,8 @@ parent_file find_parent(const vmdk_disk& disk, const std::string& hint, const st
 /// Goes from the files that were named to those that they build on. Each file is looked at once.
 class chain_check {
  public:
-  explicit chain_check(const std::vector<std::string>& paths)
-      : m_folder(paths.empty() ? "" : folder_of(paths.front())) {
+  chain_check(const std::vector<std::string>& paths, read_faults& faults)
+      : m_faults(faults), m_folder(paths.empty() ? "" : folder_of(paths.front())) {
     m_chain.files = paths;
     m_known.insert(paths.begin(), paths.end());
   }
@@ -92,7 +94,7 @@ class chain_check {
  private:
   bool add_named_files() {
     for (const std::string& path : std::vector<std::string>(m_chain.files)) {
-      auto disk = std::make_unique<vmdk_disk>();
+      auto disk = std::make_unique<vmdk_disk>(m_faults);
       if (!disk->open_disk(path)) disk = nullptr;
       if (!add(std::move(disk), path)) return false;
     }
@@ -106,7 +108,7 @@ class chain_check {
       std::string hint = orphan.descriptor().parent_file_hint;
       remove_all(hint, '"');
       if (hint_is_known(m_disks, m_base, hint)) return end(&orphan);
-      parent_file parent = find_parent(orphan, hint, m_folder);
+      parent_file parent = find_parent(orphan, hint, m_folder, m_faults);
       if (parent.path.empty() || !m_known.insert(parent.path).second) {
         m_chain.fault = vmdk_fault::parent_gone;
         // One that was found and is still missing bears another CID.
@@ -152,6 +154,7 @@ class chain_check {
     if (m_chain.complete) m_chain.disk = make_chain_disk(std::move(m_disks), m_chain.left_out);
   }
 
+  read_faults& m_faults;
   vmdk_chain m_chain;
   std::string m_folder;           ///< of the file that was named first
   std::set<std::string> m_known;  ///< paths of the files of the chain
@@ -164,8 +167,8 @@ class chain_check {
 
 }  // namespace
 
-vmdk_chain check_vmdk_chain(const std::vector<std::string>& paths) {
-  return chain_check(paths).run();
+vmdk_chain check_vmdk_chain(const std::vector<std::string>& paths, read_faults& faults) {
+  return chain_check(paths, faults).run();
 }
 
 }  // namespace ovrik

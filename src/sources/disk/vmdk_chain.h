@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "sources/disk/raw_disk_io.h"
+#include "sources/host/read_faults.h"
 
 namespace ovrik {
 
@@ -48,7 +49,8 @@ struct vmdk_chain {
 
 /// Opens the files at `paths`, in any order, and looks for parents that are missing among them. A
 /// parent is known by its CID; where it may lie tells the hint of its child. The files are opened
-/// once: a disk that comes back holds them.
-vmdk_chain check_vmdk_chain(const std::vector<std::string>& paths);
+/// once: a disk that comes back holds them. What of them cannot be read goes to `faults`, for as
+/// long as the disk is in use.
+vmdk_chain check_vmdk_chain(const std::vector<std::string>& paths, read_faults& faults);
 
 }  // namespace ovrik

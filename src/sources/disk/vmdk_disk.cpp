@@ -1,8 +1,10 @@
 #include "sources/disk/vmdk_disk.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "sources/disk/container_kind.h"
+#include "sources/host/file_source.h"
 
 namespace ovrik {
 
@@ -38,18 +40,28 @@ bool to_bytes(uint64_t sectors, uint64_t& bytes) {
   bytes = sectors * sector_bytes;
   return true;
 }
-
 }  // namespace
 
 bool vmdk_disk::open_disk(const std::string& path) {
   m_path = path;
-  return m_file.open_read(path) && read_header();
+  auto file = open_file_source(path);
+  if (file == nullptr) return false;
+  m_file.emplace(std::move(file), path);
+  return read_header();
+}
+
+/// Reads what must be there as a whole. False: the file has nothing there, or it cannot be read.
+bool vmdk_disk::read_whole(std::vector<uint8_t>& bytes, uint64_t size, uint64_t offset) {
+  read_faults faults;
+  const bool read = m_file->read_vector(bytes, size, offset, faults);
+  m_faults.add(faults);
+  return read && faults.empty();
 }
 
 bool vmdk_disk::read_header() {
-  m_file_size = m_file.length();
+  m_file_size = m_file->size();
   std::vector<uint8_t> header;
-  if (!m_file.read_vector(header, header_bytes, 0) || header.size() < header_bytes) return false;
+  if (!read_whole(header, header_bytes, 0) || header.size() < header_bytes) return false;
   const byte_view view(header);
   if (!view.text_at(0, magic)) return false;
   m_compressed = kind_of_container(view) == container_kind::vmdk_compressed;
@@ -66,7 +78,7 @@ bool vmdk_disk::read_header() {
   }
   std::vector<uint8_t> text;
   descriptor_size = std::min(descriptor_size, largest_descriptor);
-  if (!m_file.read_vector(text, descriptor_size, descriptor)) return false;
+  if (!read_whole(text, descriptor_size, descriptor)) return false;
   m_descriptor = parse_vmdk_descriptor(byte_view(text));
   return m_grain_bytes != 0 && m_entries_per_table != 0 && place_directory(directory, overhead);
 }
@@ -76,14 +88,17 @@ bool vmdk_disk::place_directory(uint64_t directory_at, uint64_t overhead) {
   // The directory ends where the table that it names first begins.
   uint32_t first_sector = 0;
   uint64_t first_table = 0;
-  if (!m_directory.entry_at(first_sector, m_file, directory_at) ||
-      !to_bytes(first_sector, first_table) || first_table >= overhead ||
-      first_table <= directory_at) {
+  if (!entry_at(m_directory, first_sector, directory_at) || !to_bytes(first_sector, first_table) ||
+      first_table >= overhead || first_table <= directory_at) {
     return false;
   }
   m_directory_at = directory_at;
   m_table_count = (first_table - directory_at) / entry_bytes;
   return true;
+}
+
+bool vmdk_disk::entry_at(vmdk_entries& entries, uint32_t& value, uint64_t offset) {
+  return entries.entry_at(value, *m_file, offset, m_faults);
 }
 
 uint64_t vmdk_disk::bytes_of(uint64_t grains) const {
@@ -106,8 +121,8 @@ grain_run vmdk_disk::vmdk_locate(uint64_t offset) {
   grain_run run = {grain_state::absent, 0, most_bytes};
   if (table < m_table_count) {
     uint32_t sector = no_sector;
-    const uint64_t entry_at = m_directory_at + table * entry_bytes;
-    if (!m_directory.entry_at(sector, m_file, entry_at)) {
+    const uint64_t place = m_directory_at + table * entry_bytes;
+    if (!entry_at(m_directory, sector, place)) {
       return {grain_state::zeroed, 0, m_grain_bytes - in_grain};
     }
     run = sector == no_sector
@@ -124,8 +139,7 @@ grain_run vmdk_disk::vmdk_locate(uint64_t offset) {
 grain_run vmdk_disk::run_in_table(uint64_t table_at, uint64_t entry, uint64_t in_grain) {
   const uint64_t rest = m_grain_bytes - in_grain;
   uint32_t sector = no_sector;
-  if (!m_tables.entry_at(sector, m_file, table_at + entry * entry_bytes) ||
-      sector == zeroed_grain) {
+  if (!entry_at(m_tables, sector, table_at + entry * entry_bytes) || sector == zeroed_grain) {
     return {grain_state::zeroed, 0, rest};
   }
   if (sector != no_sector) {
@@ -133,7 +147,7 @@ grain_run vmdk_disk::run_in_table(uint64_t table_at, uint64_t entry, uint64_t in
   }
   const uint64_t last = std::min<uint64_t>(entry + longest_look_ahead, m_entries_per_table);
   uint64_t next = entry + 1;
-  while (next < last && m_tables.entry_at(sector, m_file, table_at + next * entry_bytes) &&
+  while (next < last && entry_at(m_tables, sector, table_at + next * entry_bytes) &&
          sector == no_sector) {
     ++next;
   }
@@ -141,7 +155,7 @@ grain_run vmdk_disk::run_in_table(uint64_t table_at, uint64_t entry, uint64_t in
 }
 
 size_t vmdk_disk::read(uint8_t* buffer, size_t size, uint64_t file_offset) const {
-  m_file.read_at(buffer, size, file_offset);
+  m_file->read(buffer, size, file_offset, m_faults);
   return size;
 }
 

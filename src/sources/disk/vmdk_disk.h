@@ -2,11 +2,14 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "sources/disk/vmdk_descriptor.h"
 #include "sources/disk/vmdk_entries.h"
-#include "sources/host/fileio.h"
+#include "sources/host/read_faults.h"
+#include "sources/host/source_reader.h"
 
 namespace ovrik {
 
@@ -27,6 +30,9 @@ struct grain_run {
 
 class vmdk_disk {
  public:
+  /// What of the file cannot be read goes to `faults`.
+  explicit vmdk_disk(read_faults& faults) : m_faults(faults) {}
+
   /// Opens the file at `path` (UTF-8) and reads its header and its descriptor. False: it does not
   /// open, is no such file, or its header or the place of its grain directory makes no sense.
   bool open_disk(const std::string& path);
@@ -50,17 +56,20 @@ class vmdk_disk {
   /// bytes that are out of date must not be taken for the disk's.
   grain_run vmdk_locate(uint64_t offset);
 
-  /// Reads up to `size` bytes at `file_offset`. Returns the count that came, short at the end of
-  /// the file and where it cannot be read.
+  /// Reads up to `size` bytes at `file_offset`. Returns how many of them the file has, short at its
+  /// end; what of them cannot be read is zeros.
   size_t read(uint8_t* buffer, size_t size, uint64_t file_offset) const;
 
  private:
   bool read_header();
+  bool read_whole(std::vector<uint8_t>& bytes, uint64_t size, uint64_t offset);
+  bool entry_at(vmdk_entries& entries, uint32_t& value, uint64_t offset);
   bool place_directory(uint64_t directory_at, uint64_t overhead);
   grain_run run_in_table(uint64_t table_at, uint64_t entry, uint64_t in_grain);
   uint64_t bytes_of(uint64_t grains) const;
 
-  uni::fileio m_file;
+  read_faults& m_faults;
+  mutable std::optional<source_reader> m_file;  ///< there once the disk is open
   std::string m_path;
   vmdk_descriptor m_descriptor;
   bool m_compressed = false;

@@ -5,7 +5,8 @@
 #include <cstdint>
 #include <vector>
 
-#include "sources/host/fileio.h"
+#include "sources/host/read_faults.h"
+#include "sources/host/source_reader.h"
 
 namespace ovrik {
 
@@ -20,13 +21,15 @@ class vmdk_entries {
   void keep_pieces(size_t count);
 
   /// Reads the entry at `offset`, a multiple of four, of `file`, which is the same in each call.
-  /// False: the file ends in front of the entry's end, or it cannot be read.
-  bool entry_at(uint32_t& value, const uni::fileio& file, uint64_t offset);
+  /// False: the file ends in front of the entry's end, or it cannot be read. What of the piece
+  /// around it cannot be read goes to `faults`.
+  bool entry_at(uint32_t& value, source_reader& file, uint64_t offset, read_faults& faults);
 
  private:
   struct piece {
     uint64_t begin = ~uint64_t{0};  ///< offset of the piece in the file
-    std::vector<uint8_t> bytes;     ///< as many as could be read
+    std::vector<uint8_t> bytes;     ///< as many as the file has there
+    read_faults faults;             ///< what of them could not be read
   };
 
   /// A piece has one place among these, so that it takes that of another one.

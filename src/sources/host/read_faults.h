@@ -2,10 +2,10 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <string>
+#include <utility>
 #include <vector>
-
-#include "sources/host/byte_source.h"
 
 namespace ovrik {
 
@@ -16,18 +16,24 @@ struct read_fault {
   uint64_t length = 0;  ///< in bytes
 };
 
-/// Gathers what could not be read in the course of a run. Faults that touch are one.
+/// Gathers what could not be read in the course of a run. Faults that touch or overlap are one:
+/// what was tried twice counts once.
 class read_faults {
  public:
   void add(const std::string& source, uint64_t offset, uint64_t length);
 
-  /// In the order in which they were met.
-  const std::vector<read_fault>& all() const { return m_faults; }
-  bool empty() const { return m_faults.empty(); }
-  void clear() { m_faults.clear(); }
+  /// Adds all that `other` holds.
+  void add(const read_faults& other);
+
+  /// The sources in the order in which they were met, the faults of each by their offsets.
+  std::vector<read_fault> all() const;
+  bool empty() const { return m_sources.empty(); }
+  void clear() { m_sources.clear(); }
 
  private:
-  std::vector<read_fault> m_faults;
+  using stretches = std::map<uint64_t, uint64_t>;  ///< where each ends by where it begins
+
+  std::vector<std::pair<std::string, stretches>> m_sources;
 };
 
 }  // namespace ovrik

@@ -17,7 +17,8 @@ class vmdk_chain : public vmdk_files {
   /// files, without the test's folder.
   std::string check(const std::vector<std::string>& paths) const {
     const char* const faults[] = {"no base", "not opened ", "no memory", "own parent ", "gone"};
-    const ovrik::vmdk_chain chain = ovrik::check_vmdk_chain(paths);
+    ovrik::read_faults unread;
+    const ovrik::vmdk_chain chain = ovrik::check_vmdk_chain(paths, unread);
     EXPECT_TRUE(chain.complete || chain.disk == nullptr);
     std::string said = chain.disk != nullptr ? "fine"
                        : chain.complete      ? "other CID"

@@ -16,7 +16,8 @@ class vmdk_disk : public vmdk_files {
   /// The first byte of each grain (8 sectors) of the virtual disk, "." for 0; "!" if a grain is not
   /// that byte throughout. Read in pieces that fit no grain.
   static std::string grains(const std::vector<std::string>& paths) {
-    const auto disk = ovrik::check_vmdk_chain(paths).disk;
+    ovrik::read_faults faults;
+    const auto disk = ovrik::check_vmdk_chain(paths, faults).disk;
     if (disk == nullptr) return "no disk";
     std::string all, text;
     while (all.size() < disk->size() && all.size() < 0x100000) {
