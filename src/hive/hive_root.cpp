@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "base/text.h"
 #include "hive/reg_key.h"
 
 namespace ovrik {
