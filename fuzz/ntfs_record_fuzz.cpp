@@ -46,9 +46,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     ovrik::ntfs_record_bytes bytes;
     if (!volume.read_mft_record(entry, bytes)) continue;
     visit_record_names(volume, entry, ovrik::byte_view(bytes), [](const ovrik::ntfs_name&) {});
-    const auto data = open_file_data(mounted, entry, log);
+    const auto file = open_file_data(mounted, entry, log);
     uni::memory_block content;
-    if (data != nullptr) read_whole_data(*data, content);
+    if (file != nullptr) read_whole_data(*file, content);
   }
   return 0;
 }

@@ -47,10 +47,11 @@ bool join_segments(const reg_hive& hive, byte_view list, uint32_t count, uint32_
   std::vector<byte_view> pieces;
   size_t data_size = 0;
   size_t whole_size = 0;
+  const uint64_t most = std::min<uint64_t>(data_limit, uint64_t{wanted} + hive.size());
   const auto add = [&](uint32_t pos, uint32_t length) {
     if (pos >= hive.size()) return;
     length = std::min(length, hive.size() - pos);
-    if (length == 0 || length > data_limit - whole_size) return;
+    if (length == 0 || length > most - whole_size) return;
     pieces.push_back(hive.bytes_at(pos, length));
     whole_size += length;
   };

@@ -109,7 +109,8 @@ TEST(shim_rows, order_is_by_number_text_or_by_name) {
     put_number(cache, text_at, 2, letter);
   }
   put(cache, header, entry);
-  put_u32(cache, header, 0x00020000);  // the first one has no path
+  put_u32(cache, header, 0x00020000);  // the first one has no path, but a place for it
+  put_u32(cache, header + 4, static_cast<uint32_t>(texts));
   const std::pair<bool, std::string> orders[] = {{false, "bBdafeghc"}, {true, "abBcdefgh"}};
   for (const auto& [by_name, expected] : orders) {
     row_settings rows = tight(row_form::bodyfile);

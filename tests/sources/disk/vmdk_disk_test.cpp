@@ -103,7 +103,8 @@ TEST_F(vmdk_disk, more_tables_than_are_kept_give_the_same_in_any_order) {
     append(grains, bytes(sector, static_cast<uint8_t>(table / 97 + 1)));
   }
   append(file, grains);
-  const auto disk = ovrik::check_vmdk_chain({put_file("large", file)}).disk;
+  ovrik::read_faults unread;
+  const auto disk = ovrik::check_vmdk_chain({put_file("large", file)}, unread).disk;
   ASSERT_NE(disk, nullptr);
   for (uint64_t i = 0; i < 2 * tables; ++i) {
     const uint64_t table = i * 5003 % tables;
