@@ -47,7 +47,8 @@ struct parent_file {
 /// The parent that the hint of `disk` means. Three places are tried: the hint as it stands (in
 /// `folder` if it is only a name), the hint taken from the folder of `disk`, and its last component
 /// in `folder`. Of the files that can be opened the first with the right CID counts, or else the
-/// first.
+/// first. A hint never makes this program ask another computer: only files of a disk that lies
+/// there itself are looked for there.
 parent_file find_parent(const vmdk_disk& disk, const std::string& hint, const std::string& folder,
                         read_faults& faults) {
   const vmdk_descriptor& descriptor = disk.descriptor();
@@ -59,6 +60,7 @@ parent_file find_parent(const vmdk_disk& disk, const std::string& hint, const st
   parent_file first;
   for (auto place = places.begin(); place != places.end(); ++place) {
     if (std::find(places.begin(), place, *place) != place) continue;
+    if (names_other_host(*place) && !names_other_host(disk.path())) continue;
     auto parent = std::make_unique<vmdk_disk>(faults);
     const bool is_disk = parent->open_disk(*place);
     if (is_disk && parent->descriptor().cid == descriptor.parent_cid) {

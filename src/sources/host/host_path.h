@@ -24,6 +24,9 @@ std::string as_written(std::string_view path);
 /// What follows the last separator of `path`, all of it if there is none.
 std::string last_component(std::string_view path);
 
+/// True if opening `path` would ask another computer for it. No path of a POSIX host says so.
+bool names_other_host(std::string_view path);
+
 /// `path` with the separators that this host writes: on Windows "/" becomes a backslash.
 std::string with_host_separators(std::string path);
 

@@ -28,6 +28,8 @@ std::string full_path(const std::string& path) {
   return from_wide(full);
 }
 
+bool names_other_host(std::string_view path) { return windows_path::names_other_host(path); }
+
 std::string with_host_separators(std::string path) {
   return windows_path::with_backslashes(std::move(path));
 }
