@@ -13,7 +13,7 @@ std::streamsize fileio_ostream::write(const char* bytes, std::streamsize length)
   m_block_start = length_of_own();
   if (!m_file->append(bytes, static_cast<size_t>(length))) return -1;
   const std::string_view block(bytes, static_cast<size_t>(length));
-  if (const size_t last = block.rfind('\n'); last != block.npos) {
+  if (const size_t last = block.rfind('\n'); last != std::string_view::npos) {
     m_rows_end = m_block_start + last + 1;
   }
   return length;

@@ -113,9 +113,9 @@ std::string strip_long_prefix(const std::string& path) {
 }
 
 std::string long_form(const std::string& path, full_path_call full_path) {
-  const bool is_full =
-      path.size() > 2 && begins_with_drive(path) && separators.find(path[2]) != separators.npos;
-  const std::string full = with_backslashes(is_full ? path : full_path_with_end(path, full_path));
+  const bool is_full = path.size() > 2 && begins_with_drive(path) &&
+                       separators.find(path[2]) != std::string_view::npos;
+  std::string full = with_backslashes(is_full ? path : full_path_with_end(path, full_path));
   if (full.starts_with(long_prefix) || full.starts_with(device_prefix)) return full;
   const std::string prefix(long_prefix);
   return full.starts_with(share_prefix) ? prefix + "UNC" + full.substr(1) : prefix + full;
