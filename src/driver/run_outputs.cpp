@@ -38,7 +38,11 @@ bool is_free(const std::string& path, const std::string& reason) {
 /// True if the results go into the file of the diagnostics.
 bool are_one_file(const run_options& options) {
   const std::string& diagnostics = options.diagnostics.path;
-  if (!options.diagnostics.given || !lvportdir::is_plain_file(diagnostics)) return false;
+  // A pipe is not opened only to look at it: its reader would see an end.
+  if (!options.diagnostics.given || lvportdir::is_pipe(diagnostics) ||
+      !lvportdir::is_plain_file(diagnostics)) {
+    return false;
+  }
   return options.results.given ? lvportdir::same_file(diagnostics, options.results.path)
                                : lvportdir::is_standard_output(diagnostics);
 }

@@ -204,9 +204,12 @@ TEST_F(roads, nothing_but_its_own_is_replaced) {
   const std::string walked = "it lies in the folder of -enumdir";
   const std::string shared = "it is to take the results and the diagnostics";
   for (const std::string option : {"-out ", "-diags "}) {
-    expect({{"-enumdir tree " + option + "tree/x", spared(host_path("tree/x"), walked)},
-            {"-enumdir ./tree " + option + "aside", spared("aside", walked)},
-            {"-pipe " + option + "list < list", spared("list", "it is the standard input")}});
+    const std::string shown = option == "-out " ? host_path("tree/x") : "tree/x";
+    expect({{"-enumdir tree " + option + "tree/x", spared(shown, walked)},
+            {"-enumdir ./tree " + option + "aside", spared("aside", walked)}});
+    // Wine does not tell that a stream which a program inherits is a file that has a name.
+    if (is_windows_program()) continue;
+    expect({{"-pipe " + option + "list < list", spared("list", "it is the standard input")}});
   }
   EXPECT_EQ(before, state_of("tree/* list"));
 
@@ -215,7 +218,9 @@ TEST_F(roads, nothing_but_its_own_is_replaced) {
     expect({{"-hive sets.hiv -diags X -out X", spared("X", shared)},
             {"-extract sets.hiv -diags ./X -out X", spared("./X", shared)}});
   }
-  expect({{"-hive sets.hiv -diags X > X", spared("X", shared), "no header: "}});
+  if (!is_windows_program()) {
+    expect({{"-hive sets.hiv -diags X > X", spared("X", shared), "no header: "}});
+  }
 
   // The names of results in other places of the line take nothing from a second run.
   for (const std::string line : {"-out r -outfile r", "-csv_separator tab -out tab",
