@@ -17,14 +17,7 @@ HANDLE open_for_facts(const std::string& path) {
 /// The path from its volume on, without links in it; empty if it does not exist.
 std::wstring real_path(const std::string& path) {
   const ovrik::file_handle file(open_for_facts(path));
-  if (!file.is_open()) return {};
-  constexpr DWORD form = VOLUME_NAME_NT;  // of volumes without a letter too
-  const DWORD size = GetFinalPathNameByHandleW(file.get(), nullptr, 0, form);
-  std::wstring real(size, L'\0');
-  const DWORD length = GetFinalPathNameByHandleW(file.get(), real.data(), size, form);
-  if (length == 0 || length >= size) return {};
-  real.resize(length);
-  return real;
+  return file.is_open() ? ovrik::real_path_of(file.get()) : std::wstring();
 }
 
 bool is_stream(const std::string& path, DWORD which) {

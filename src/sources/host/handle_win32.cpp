@@ -16,4 +16,14 @@ bool read_handle(HANDLE file, void* buffer, DWORD size, uint64_t offset, DWORD& 
   return ReadFile(file, buffer, size, &got, &place) != 0;
 }
 
+std::wstring real_path_of(HANDLE file) {
+  constexpr DWORD form = VOLUME_NAME_NT;  // of volumes without a letter too
+  const DWORD size = GetFinalPathNameByHandleW(file, nullptr, 0, form);
+  std::wstring real(size, L'\0');
+  const DWORD length = GetFinalPathNameByHandleW(file, real.data(), size, form);
+  if (length == 0 || length >= size) return {};
+  real.resize(length);
+  return real;
+}
+
 }  // namespace ovrik

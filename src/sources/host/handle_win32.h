@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 #include "sources/host/long_path_win32.h"
 
@@ -30,5 +31,9 @@ uint64_t handle_length(HANDLE file);
 /// Reads up to `size` bytes at `offset` and sets `got` to the count that came. False: an error,
 /// which the system holds.
 bool read_handle(HANDLE file, void* buffer, DWORD size, uint64_t offset, DWORD& got);
+
+/// The path of an open file or folder from its volume on, without links in it. Empty if the system
+/// does not tell.
+std::wstring real_path_of(HANDLE file);
 
 }  // namespace ovrik

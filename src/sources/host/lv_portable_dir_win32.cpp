@@ -45,12 +45,8 @@ HANDLE open_file_for_facts(const std::string& path) {
 std::wstring real_folder(const std::string& path) {
   const file_handle folder(open_for_facts(path));
   if (!folder.is_open()) return {};
-  constexpr DWORD form = VOLUME_NAME_NT;  // of volumes without a letter too
-  const DWORD size = GetFinalPathNameByHandleW(folder.get(), nullptr, 0, form);
-  std::wstring real(size, L'\0');
-  const DWORD length = GetFinalPathNameByHandleW(folder.get(), real.data(), size, form);
-  if (length == 0 || length >= size) return {};
-  real.resize(length);
+  std::wstring real = ovrik::real_path_of(folder.get());
+  if (real.empty()) return {};
   if (!real.ends_with(L'\\')) real += L'\\';
   return real;
 }
